@@ -1,0 +1,17 @@
+// Sub-commands of the console tool. Each takes the arguments after its own
+// name and returns the process exit code; usage errors go to stderr.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace app {
+
+using Args = std::vector<std::string>;
+
+int RunSettings(const Args& args);
+int RunRead(const Args& args);
+int RunReplay(const Args& args);
+int RunDemo(const Args& args);
+
+}  // namespace app

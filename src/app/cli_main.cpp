@@ -1,0 +1,40 @@
+// tarvellos-cli: the console face of the companion.
+#include <cstdio>
+#include <string>
+
+#include "app/cli_commands.h"
+
+namespace {
+
+void Usage() {
+    std::fputs(
+        "usage: tarvellos-cli COMMAND [ARGS]\n"
+        "  settings [--home DIR] [--codepage N]   show what the settings file sets\n"
+        "  read lasthand|lasttrick|score|table IMAGE [options]\n"
+        "                                         read a stored image of a game window\n"
+        "  replay SCENARIO.json --out DIR         follow a simulated session\n"
+        "  demo                                   follow a simulated game and tell what happens\n",
+        stderr);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 2) {
+        Usage();
+        return 2;
+    }
+    const std::string cmd = argv[1];
+    app::Args args(argv + 2, argv + argc);
+    if (cmd == "settings") return app::RunSettings(args);
+    if (cmd == "read") return app::RunRead(args);
+    if (cmd == "replay") return app::RunReplay(args);
+    if (cmd == "demo") return app::RunDemo(args);
+    if (cmd == "--help" || cmd == "-h" || cmd == "help") {
+        Usage();
+        return 0;
+    }
+    std::fprintf(stderr, "tarvellos-cli: unknown command '%s'\n", cmd.c_str());
+    Usage();
+    return 2;
+}

@@ -1,0 +1,115 @@
+#include "platform/clock.h"
+
+#include <algorithm>
+#include <chrono>
+#include <ctime>
+#include <thread>
+
+namespace platform {
+
+namespace {
+
+// Days since 1970-01-01 for a civil date (proleptic Gregorian).
+std::int64_t DaysFromCivil(int y, int m, int d) {
+    y -= m <= 2;
+    const std::int64_t era = (y >= 0 ? y : y - 399) / 400;
+    const unsigned yoe = static_cast<unsigned>(y - era * 400);
+    const unsigned doy = (153 * static_cast<unsigned>(m + (m > 2 ? -3 : 9)) + 2) / 5 + static_cast<unsigned>(d) - 1;
+    const unsigned doe = yoe * 365 + yoe / 4 - yoe / 100 + doy;
+    return era * 146097 + static_cast<std::int64_t>(doe) - 719468;
+}
+
+void CivilFromDays(std::int64_t z, int& y, int& m, int& d) {
+    z += 719468;
+    const std::int64_t era = (z >= 0 ? z : z - 146096) / 146097;
+    const unsigned doe = static_cast<unsigned>(z - era * 146097);
+    const unsigned yoe = (doe - doe / 1460 + doe / 36524 - doe / 146096) / 365;
+    const unsigned doy = doe - (365 * yoe + yoe / 4 - yoe / 100);
+    const unsigned mp = (5 * doy + 2) / 153;
+    d = static_cast<int>(doy - (153 * mp + 2) / 5 + 1);
+    m = static_cast<int>(mp < 10 ? mp + 3 : mp - 9);
+    y = static_cast<int>(static_cast<std::int64_t>(yoe) + era * 400 + (m <= 2));
+}
+
+}  // namespace
+
+LocalTime AddSeconds(const LocalTime& t, std::int64_t seconds) {
+    std::int64_t total = DaysFromCivil(t.Year, t.Month, t.Day) * 86400 + t.Hour * 3600 + t.Minute * 60 +
+                         t.Second + seconds;
+    std::int64_t days = total >= 0 ? total / 86400 : (total - 86399) / 86400;
+    std::int64_t rest = total - days * 86400;
+    LocalTime r;
+    CivilFromDays(days, r.Year, r.Month, r.Day);
+    r.Hour = static_cast<int>(rest / 3600);
+    r.Minute = static_cast<int>(rest / 60 % 60);
+    r.Second = static_cast<int>(rest % 60);
+    r.Weekday = static_cast<int>(((days % 7) + 7 + 4) % 7);  // 1970-01-01 was a Thursday
+    return r;
+}
+
+std::uint32_t SystemClock::TickCount() {
+    using namespace std::chrono;
+    return static_cast<std::uint32_t>(duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
+}
+
+LocalTime SystemClock::Now() {
+    std::time_t now = std::time(nullptr);
+    std::tm tm{};
+    localtime_r(&now, &tm);
+    LocalTime t;
+    t.Year = tm.tm_year + 1900;
+    t.Month = tm.tm_mon + 1;
+    t.Day = tm.tm_mday;
+    t.Hour = tm.tm_hour;
+    t.Minute = tm.tm_min;
+    t.Second = tm.tm_sec;
+    t.Weekday = tm.tm_wday;
+    return t;
+}
+
+void SystemClock::Wait(std::uint32_t ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); }
+
+VirtualClock::VirtualClock(LocalTime start, std::uint32_t startTick) : tick_(startTick), start_(start) {
+    start_ = AddSeconds(start, 0);  // normalise the weekday
+}
+
+LocalTime VirtualClock::Now() { return AddSeconds(start_, static_cast<std::int64_t>(elapsed_ / 1000)); }
+
+int VirtualClock::Schedule(std::uint32_t at, std::function<void()> fn) {
+    int id = nextId_++;
+    jobs_.push_back({at, id, std::move(fn)});
+    return id;
+}
+
+void VirtualClock::Cancel(int id) {
+    jobs_.erase(std::remove_if(jobs_.begin(), jobs_.end(), [id](const Job& j) { return j.id == id; }), jobs_.end());
+}
+
+void VirtualClock::Wait(std::uint32_t ms) {
+    // Run due jobs in time order; a job may itself wait (nested), which
+    // simply advances time further, as a real message loop would.
+    const std::uint32_t target = tick_ + ms;
+    ++depth_;
+    for (;;) {
+        auto due = jobs_.end();
+        for (auto it = jobs_.begin(); it != jobs_.end(); ++it) {
+            std::int32_t until = static_cast<std::int32_t>(it->at - target);
+            if (until <= 0 && (due == jobs_.end() || static_cast<std::int32_t>(it->at - due->at) < 0)) due = it;
+        }
+        if (due == jobs_.end()) break;
+        if (static_cast<std::int32_t>(due->at - tick_) > 0) {
+            elapsed_ += static_cast<std::uint32_t>(due->at - tick_);
+            tick_ = due->at;
+        }
+        Job job = std::move(*due);
+        jobs_.erase(due);
+        job.fn();
+    }
+    if (static_cast<std::int32_t>(target - tick_) > 0) {
+        elapsed_ += static_cast<std::uint32_t>(target - tick_);
+        tick_ = target;
+    }
+    --depth_;
+}
+
+}  // namespace platform

@@ -1,0 +1,237 @@
+#include "platform/sim_desktop.h"
+
+#include <algorithm>
+
+namespace platform {
+
+namespace {
+constexpr std::uint32_t kCaptionColor = 0x000A246A;
+constexpr std::uint32_t kFrameColor = 0x00D4D0C8;
+}  // namespace
+
+SimDesktop::SimDesktop(std::int32_t screenW, std::int32_t screenH) : screen_{screenW, screenH} {}
+
+WindowHandle SimDesktop::AddWindow(const std::string& title, const Rect& outer, std::uint32_t style) {
+    WindowHandle h = next_++;
+    SimWindow w;
+    w.Title = title;
+    w.Style = style;
+    w.Outer = outer;
+    w.Pixels = Image(std::max(outer.Width(), 0), std::max(outer.Height(), 0), kFrameColor);
+    w.Pixels.FillRect(w.ClientInset.Left, 1, outer.Width() - w.ClientInset.Right, w.ClientInset.Top - 1, kCaptionColor);
+    w.Pixels.FillRect(w.ClientInset.Left, w.ClientInset.Top, outer.Width() - w.ClientInset.Right,
+                      outer.Height() - w.ClientInset.Bottom, 0x00FFFFFF);
+    windows_[h] = std::move(w);
+    zorder_.insert(zorder_.begin(), h);
+    return h;
+}
+
+void SimDesktop::CloseWindow(WindowHandle h) {
+    windows_.erase(h);
+    zorder_.erase(std::remove(zorder_.begin(), zorder_.end(), h), zorder_.end());
+    closeAfter_.erase(h);
+}
+
+SimWindow* SimDesktop::Find(WindowHandle h) {
+    auto it = windows_.find(h);
+    return it == windows_.end() ? nullptr : &it->second;
+}
+
+const SimWindow* SimDesktop::Find(WindowHandle h) const {
+    auto it = windows_.find(h);
+    return it == windows_.end() ? nullptr : &it->second;
+}
+
+void SimDesktop::SetTitle(WindowHandle h, const std::string& title) {
+    if (SimWindow* w = Find(h)) w->Title = title;
+}
+
+void SimDesktop::SetImage(WindowHandle h, Image img) {
+    SimWindow* w = Find(h);
+    if (!w) return;
+    w->Outer.Right = w->Outer.Left + img.Width;
+    w->Outer.Bottom = w->Outer.Top + img.Height;
+    w->Pixels = std::move(img);
+}
+
+void SimDesktop::SetClientImage(WindowHandle h, const Image& img) {
+    SimWindow* w = Find(h);
+    if (!w) return;
+    for (std::int32_t y = 0; y < img.Height; ++y)
+        for (std::int32_t x = 0; x < img.Width; ++x) w->Pixels.Set(x + w->ClientInset.Left, y + w->ClientInset.Top, img.At(x, y));
+}
+
+void SimDesktop::BringToTop(WindowHandle h) {
+    auto it = std::find(zorder_.begin(), zorder_.end(), h);
+    if (it == zorder_.end()) return;
+    zorder_.erase(it);
+    // Topmost windows stay above the others.
+    auto pos = zorder_.begin();
+    if (!Find(h)->Topmost)
+        while (pos != zorder_.end() && Find(*pos)->Topmost) ++pos;
+    zorder_.insert(pos, h);
+}
+
+bool SimDesktop::Touch(WindowHandle h) {
+    if (h == kDesktopHandle) return true;
+    auto it = closeAfter_.find(h);
+    if (it != closeAfter_.end() && --it->second <= 0) CloseWindow(h);
+    return Find(h) != nullptr;
+}
+
+std::vector<WindowHandle> SimDesktop::TopLevelWindows() { return zorder_; }
+
+bool SimDesktop::IsWindow(WindowHandle h) { return Touch(h); }
+
+std::string SimDesktop::WindowText(WindowHandle h) {
+    if (!Touch(h) || h == kDesktopHandle) return "";
+    return Find(h)->Title;
+}
+
+std::uint32_t SimDesktop::WindowStyle(WindowHandle h) {
+    if (h == kDesktopHandle) return kStyleVisible;
+    if (!Touch(h)) return 0;
+    return Find(h)->Style;
+}
+
+bool SimDesktop::GetWindowRect(WindowHandle h, Rect& r) {
+    if (h == kDesktopHandle) {
+        r = {0, 0, screen_.X, screen_.Y};
+        return true;
+    }
+    if (!Touch(h)) return false;
+    r = Find(h)->Outer;
+    return true;
+}
+
+bool SimDesktop::GetClientRect(WindowHandle h, Rect& r) {
+    if (h == kDesktopHandle) {
+        r = {0, 0, screen_.X, screen_.Y};
+        return true;
+    }
+    if (!Touch(h)) return false;
+    const SimWindow* w = Find(h);
+    if (w->Minimized) {
+        r = {};
+        return true;
+    }
+    r = {0, 0, std::max(0, w->Outer.Width() - w->ClientInset.Left - w->ClientInset.Right),
+         std::max(0, w->Outer.Height() - w->ClientInset.Top - w->ClientInset.Bottom)};
+    return true;
+}
+
+bool SimDesktop::ClientOrigin(WindowHandle h, Point& p) {
+    if (h == kDesktopHandle) {
+        p = {};
+        return true;
+    }
+    if (!Touch(h)) return false;
+    const SimWindow* w = Find(h);
+    p = {w->Outer.Left + w->ClientInset.Left, w->Outer.Top + w->ClientInset.Top};
+    return true;
+}
+
+bool SimDesktop::MoveWindow(WindowHandle h, const Rect& r) {
+    if (!Touch(h) || h == kDesktopHandle) return false;
+    SimWindow* w = Find(h);
+    if (r.Width() != w->Outer.Width() || r.Height() != w->Outer.Height()) {
+        // A resized window keeps its drawing anchored at the top-left.
+        Image img(std::max(r.Width(), 0), std::max(r.Height(), 0), kFrameColor);
+        for (std::int32_t y = 0; y < std::min(img.Height, w->Pixels.Height); ++y)
+            for (std::int32_t x = 0; x < std::min(img.Width, w->Pixels.Width); ++x) img.Set(x, y, w->Pixels.At(x, y));
+        w->Pixels = std::move(img);
+    }
+    w->Outer = r;
+    return true;
+}
+
+void SimDesktop::SetWindowPos(WindowHandle h, ZOrder z) {
+    if (h == 0 || !Touch(h) || h == kDesktopHandle) return;
+    Find(h)->Topmost = z == ZOrder::Topmost;
+    BringToTop(h);
+}
+
+void SimDesktop::ShowWindow(WindowHandle h, ShowCmd cmd) {
+    if (!Touch(h) || h == kDesktopHandle) return;
+    Find(h)->Minimized = cmd == ShowCmd::Minimize;
+}
+
+bool SimDesktop::IsMinimized(WindowHandle h) {
+    if (!Touch(h) || h == kDesktopHandle) return false;
+    return Find(h)->Minimized;
+}
+
+Image SimDesktop::Compose() const {
+    Image screen(screen_.X, screen_.Y, background_);
+    for (auto it = zorder_.rbegin(); it != zorder_.rend(); ++it) {
+        const SimWindow& w = windows_.at(*it);
+        if (!(w.Style & kStyleVisible) || w.Minimized) continue;
+        for (std::int32_t y = 0; y < w.Pixels.Height; ++y)
+            for (std::int32_t x = 0; x < w.Pixels.Width; ++x) screen.Set(w.Outer.Left + x, w.Outer.Top + y, w.Pixels.At(x, y));
+    }
+    return screen;
+}
+
+std::int32_t SimDesktop::CopyRegion(WindowHandle h, bool client, const Rect& region, std::vector<std::uint16_t>& bits) {
+    ++captures_;
+    if (!Touch(h)) return 0;
+    for (WindowHandle k : {h, WindowHandle{0}}) {
+        auto it = failCaptures_.find(k);
+        if (it != failCaptures_.end() && it->second > 0) {
+            --it->second;
+            return 0;
+        }
+    }
+    const std::int32_t w = region.Width(), hgt = region.Height();
+    if (w <= 0 || hgt <= 0) return 0;
+    const std::int32_t length = w + (w & 1);
+    if (bits.size() < static_cast<std::size_t>(length) * static_cast<std::size_t>(hgt)) return 0;
+
+    // Source pixel lookup: the desktop composes every window, a window
+    // copies its own image (what lies above it is not painted over it).
+    Image composed;
+    const Image* src;
+    std::int32_t ox = 0, oy = 0;
+    if (h == kDesktopHandle) {
+        composed = Compose();
+        src = &composed;
+    } else {
+        const SimWindow* sw = Find(h);
+        if (sw->Minimized) return 0;
+        src = &sw->Pixels;
+        if (client) {
+            ox = sw->ClientInset.Left;
+            oy = sw->ClientInset.Top;
+        }
+    }
+    for (std::int32_t row = 0; row < hgt; ++row) {
+        const std::int32_t y = region.Bottom - 1 - row;  // bottom-up
+        std::uint16_t* out = bits.data() + static_cast<std::size_t>(row) * static_cast<std::size_t>(length);
+        for (std::int32_t x = 0; x < w; ++x) {
+            const std::int32_t sx = region.Left + x + ox, sy = y + oy;
+            out[x] = src->Contains(sx, sy) ? To555(src->At(sx, sy)) : 0;
+        }
+    }
+    return hgt;
+}
+
+WindowHandle SimDesktop::WindowAt(Point p) const {
+    for (WindowHandle h : zorder_) {
+        const SimWindow& w = windows_.at(h);
+        if (!(w.Style & kStyleVisible) || w.Minimized) continue;
+        if (p.X >= w.Outer.Left && p.X < w.Outer.Right && p.Y >= w.Outer.Top && p.Y < w.Outer.Bottom) return h;
+    }
+    return 0;
+}
+
+void SimDesktop::LeftClick() {
+    SimClick c{cursor_, WindowAt(cursor_)};
+    clicks_.push_back(c);
+    if (onClick_) onClick_(c);
+}
+
+void SimDesktop::PlaySystemSound(const std::string& alias) {
+    if (!alias.empty()) sounds_.push_back(alias);
+}
+
+}  // namespace platform

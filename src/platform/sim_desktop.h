@@ -1,0 +1,124 @@
+// An in-memory desktop: windows are images with titles. Records what the
+// program does to it (moves, clicks, sounds) and lets tests inject faults.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "platform/desktop.h"
+#include "platform/image.h"
+
+namespace platform {
+
+struct SimWindow {
+    std::string Title;
+    std::uint32_t Style = kStyleCaptionOrBorder | kStyleVisible;
+    Rect Outer;                        // screen coordinates
+    Rect ClientInset{4, 23, 4, 4};     // frame widths: left, caption+top, right, bottom
+    Image Pixels;                      // the whole window, outer size
+    bool Topmost = false;
+    bool Minimized = false;
+};
+
+struct SimClick {
+    Point At;                 // screen coordinates
+    WindowHandle Target = 0;  // topmost visible window under the point, 0 = none
+};
+
+class SimDesktop final : public Desktop {
+public:
+    explicit SimDesktop(std::int32_t screenW = 1280, std::int32_t screenH = 1024);
+
+    // --- building the scene -------------------------------------------------
+    // New window on top of the z-order. Its image starts as a plain frame
+    // of the outer size (gray caption, white client).
+    WindowHandle AddWindow(const std::string& title, const Rect& outer, std::uint32_t style = kStyleCaptionOrBorder | kStyleVisible);
+    void CloseWindow(WindowHandle h);
+    SimWindow* Find(WindowHandle h);
+    const SimWindow* Find(WindowHandle h) const;
+    void SetTitle(WindowHandle h, const std::string& title);
+    // Replaces the whole window image (outer size; resizes the window
+    // keeping its top-left corner when the image size differs).
+    void SetImage(WindowHandle h, Image img);
+    // Replaces the client area's pixels (client size).
+    void SetClientImage(WindowHandle h, const Image& img);
+    void BringToTop(WindowHandle h);
+    void SetScreenSize(std::int32_t w, std::int32_t h) { screen_ = {w, h}; }
+    void SetBackground(std::uint32_t rgb) { background_ = rgb; }
+    void SetAnsiCodePage(int cp) { codePage_ = cp; }
+    void SetPrevInstance(bool v) { prevInstance_ = v; }
+    void SetFamily(PlatformFamily f) { family_ = f; }
+    void SetExecutableFolder(std::string f) { exeFolder_ = std::move(f); }
+    // Called on every left click (after it is recorded), e.g. by the game
+    // simulator to press its buttons.
+    void OnClick(std::function<void(const SimClick&)> fn) { onClick_ = std::move(fn); }
+
+    // --- fault injection ----------------------------------------------------
+    // The window closes when the program makes its n-th call about it from now
+    // (n = 1: the very next call finds it gone).
+    void CloseAfterCalls(WindowHandle h, int n) { closeAfter_[h] = n; }
+    // The next n copies of this window (0 = any window) deliver no rows.
+    void FailCaptures(WindowHandle h, int n) { failCaptures_[h] = n; }
+
+    // --- what the program did ----------------------------------------------
+    const std::vector<SimClick>& Clicks() const { return clicks_; }
+    const std::vector<std::string>& Sounds() const { return sounds_; }
+    int Beeps() const { return beeps_; }
+    int CaptureCount() const { return captures_; }
+    void ClearRecords() { clicks_.clear(); sounds_.clear(); beeps_ = 0; captures_ = 0; }
+    // The screen as the user would see it (all visible windows composed).
+    Image Compose() const;
+
+    // --- Desktop ------------------------------------------------------------
+    WindowHandle DesktopWindow() override { return kDesktopHandle; }
+    std::vector<WindowHandle> TopLevelWindows() override;
+    bool IsWindow(WindowHandle h) override;
+    std::string WindowText(WindowHandle h) override;
+    std::uint32_t WindowStyle(WindowHandle h) override;
+    bool GetWindowRect(WindowHandle h, Rect& r) override;
+    bool GetClientRect(WindowHandle h, Rect& r) override;
+    bool ClientOrigin(WindowHandle h, Point& p) override;
+    bool MoveWindow(WindowHandle h, const Rect& r) override;
+    void SetWindowPos(WindowHandle h, ZOrder z) override;
+    void ShowWindow(WindowHandle h, ShowCmd cmd) override;
+    bool IsMinimized(WindowHandle h) override;
+    Point ScreenSize() override { return screen_; }
+    std::int32_t CopyRegion(WindowHandle h, bool client, const Rect& region, std::vector<std::uint16_t>& bits) override;
+    Point GetCursorPos() override { return cursor_; }
+    void SetCursorPos(Point p) override { cursor_ = p; }
+    void LeftClick() override;
+    void PlaySystemSound(const std::string& alias) override;
+    void Beep() override { ++beeps_; }
+    PlatformFamily Family() override { return family_; }
+    bool PrevInstance() override { return prevInstance_; }
+    int AnsiCodePage() override { return codePage_; }
+    std::string ExecutableFolder() override { return exeFolder_; }
+
+    static constexpr WindowHandle kDesktopHandle = 1;
+
+private:
+    bool Touch(WindowHandle h);  // counts a call for fault injection; false when gone
+    WindowHandle WindowAt(Point p) const;
+
+    std::map<WindowHandle, SimWindow> windows_;
+    std::vector<WindowHandle> zorder_;  // topmost first
+    WindowHandle next_ = 100;
+    Point screen_;
+    Point cursor_{};
+    std::uint32_t background_ = 0x00008080;
+    int codePage_ = 1252;
+    bool prevInstance_ = false;
+    PlatformFamily family_ = PlatformFamily::NT;
+    std::string exeFolder_ = ".";
+    std::function<void(const SimClick&)> onClick_;
+    std::map<WindowHandle, int> closeAfter_;
+    std::map<WindowHandle, int> failCaptures_;
+    std::vector<SimClick> clicks_;
+    std::vector<std::string> sounds_;
+    int beeps_ = 0;
+    int captures_ = 0;
+};
+
+}  // namespace platform
