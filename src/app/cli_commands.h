@@ -11,6 +11,9 @@ using Args = std::vector<std::string>;
 
 int RunSettings(const Args& args);
 int RunRead(const Args& args);
+// `read table ...` and `read lasthand|lasttrick|score ...` (args after the window kind).
+int RunReadTable(const Args& args);
+int RunReadSub(const std::string& kind, const Args& args);
 int RunReplay(const Args& args);
 int RunDemo(const Args& args);
 

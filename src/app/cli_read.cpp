@@ -4,9 +4,17 @@
 
 namespace app {
 
-int RunRead(const Args&) {
-    std::fputs("tarvellos-cli read: not built yet in this version\n", stderr);
-    return 3;
+int RunRead(const Args& args) {
+    if (args.empty()) {
+        std::fputs("usage: tarvellos-cli read lasthand|lasttrick|score|table IMAGE [options]\n", stderr);
+        return 2;
+    }
+    const std::string& kind = args[0];
+    Args rest(args.begin() + 1, args.end());
+    if (kind == "table") return RunReadTable(rest);
+    if (kind == "lasthand" || kind == "lasttrick" || kind == "score") return RunReadSub(kind, rest);
+    std::fprintf(stderr, "tarvellos-cli read: unknown window kind '%s' (lasthand, lasttrick, score, table)\n", kind.c_str());
+    return 2;
 }
 
 }  // namespace app
