@@ -1,5 +1,6 @@
 #include "core/notation.h"
 
+#include <charconv>
 #include <cmath>
 #include <limits>
 
@@ -46,26 +47,18 @@ double LeadingNumber(std::string_view s) {
         if (c != ' ' && c != '\t' && c != '\r' && c != '\n') compact.push_back(c);
     }
     std::size_t i = 0;
-    bool negative = false;
-    if (i < compact.size() && (compact[i] == '+' || compact[i] == '-')) {
-        negative = compact[i] == '-';
-        ++i;
+    if (i < compact.size() && compact[i] == '+') ++i;  // from_chars takes only '-'
+    std::size_t end = i;
+    if (end < compact.size() && compact[end] == '-' && i == 0) ++end;
+    while (end < compact.size() && compact[end] >= '0' && compact[end] <= '9') ++end;
+    if (end < compact.size() && compact[end] == '.') {
+        ++end;
+        while (end < compact.size() && compact[end] >= '0' && compact[end] <= '9') ++end;
     }
+    // Locale-independent and exactly rounded, so ties like "0.25" stay ties.
     double value = 0;
-    while (i < compact.size() && compact[i] >= '0' && compact[i] <= '9') {
-        value = value * 10 + (compact[i] - '0');
-        ++i;
-    }
-    if (i < compact.size() && compact[i] == '.') {
-        ++i;
-        double scale = 0.1;
-        while (i < compact.size() && compact[i] >= '0' && compact[i] <= '9') {
-            value += (compact[i] - '0') * scale;
-            scale /= 10;
-            ++i;
-        }
-    }
-    return negative ? -value : value;
+    if (std::from_chars(compact.data() + i, compact.data() + end, value).ec != std::errc()) return 0;
+    return value;
 }
 
 }  // namespace
