@@ -1,0 +1,156 @@
+#include "reading/image_file.h"
+
+#include <png.h>
+
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <vector>
+
+namespace reading {
+
+namespace {
+
+std::uint32_t Le(const std::string& b, std::size_t at, int n) {
+    std::uint32_t v = 0;
+    for (int i = n - 1; i >= 0; --i) v = (v << 8) | static_cast<unsigned char>(b[at + static_cast<std::size_t>(i)]);
+    return v;
+}
+
+bool LoadBmp(const std::string& b, platform::Image& out, std::string& error) {
+    if (b.size() < 54) {
+        error = "BMP file too short";
+        return false;
+    }
+    const std::uint32_t dataOffset = Le(b, 10, 4);
+    const std::uint32_t headerSize = Le(b, 14, 4);
+    if (headerSize < 40) {
+        error = "unsupported BMP header";
+        return false;
+    }
+    const std::int32_t w = static_cast<std::int32_t>(Le(b, 18, 4));
+    const std::int32_t rawH = static_cast<std::int32_t>(Le(b, 22, 4));
+    const std::uint32_t bpp = Le(b, 28, 2);
+    const std::uint32_t compression = Le(b, 30, 4);
+    if (bpp != 24 && bpp != 32) {
+        error = "BMP must have 24 or 32 bits per pixel";
+        return false;
+    }
+    if (compression != 0 && !(compression == 3 && bpp == 32)) {
+        error = "compressed BMP files are not supported";
+        return false;
+    }
+    const bool topDown = rawH < 0;
+    const std::int64_t h = topDown ? -static_cast<std::int64_t>(rawH) : rawH;
+    if (w <= 0 || h <= 0 || w > 20000 || h > 20000) {
+        error = "BMP size out of range";
+        return false;
+    }
+    const std::size_t bytesPP = bpp / 8;
+    const std::size_t stride = (static_cast<std::size_t>(w) * bytesPP + 3) & ~static_cast<std::size_t>(3);
+    if (dataOffset > b.size() || (b.size() - dataOffset) / stride < static_cast<std::size_t>(h)) {
+        error = "BMP pixel data truncated";
+        return false;
+    }
+    out = platform::Image(w, static_cast<std::int32_t>(h));
+    for (std::int64_t row = 0; row < h; ++row) {
+        const std::int32_t y = static_cast<std::int32_t>(topDown ? row : h - 1 - row);
+        const std::size_t base = dataOffset + static_cast<std::size_t>(row) * stride;
+        for (std::int32_t x = 0; x < w; ++x) {
+            const std::size_t p = base + static_cast<std::size_t>(x) * bytesPP;
+            const auto bl = static_cast<unsigned char>(b[p]), g = static_cast<unsigned char>(b[p + 1]),
+                       r = static_cast<unsigned char>(b[p + 2]);
+            out.Set(x, y, platform::Rgb(r, g, bl));
+        }
+    }
+    return true;
+}
+
+bool LoadPng(const std::string& b, platform::Image& out, std::string& error) {
+    png_image img;
+    std::memset(&img, 0, sizeof img);
+    img.version = PNG_IMAGE_VERSION;
+    if (!png_image_begin_read_from_memory(&img, b.data(), b.size())) {
+        error = std::string("PNG: ") + img.message;
+        return false;
+    }
+    if (img.width == 0 || img.height == 0 || img.width > 20000 || img.height > 20000) {
+        png_image_free(&img);
+        error = "PNG size out of range";
+        return false;
+    }
+    img.format = PNG_FORMAT_RGB;
+    std::vector<unsigned char> buf(PNG_IMAGE_SIZE(img));
+    if (!png_image_finish_read(&img, nullptr, buf.data(), 0, nullptr)) {
+        error = std::string("PNG: ") + img.message;
+        png_image_free(&img);
+        return false;
+    }
+    const auto w = static_cast<std::int32_t>(img.width), h = static_cast<std::int32_t>(img.height);
+    out = platform::Image(w, h);
+    for (std::int32_t y = 0; y < h; ++y)
+        for (std::int32_t x = 0; x < w; ++x) {
+            const unsigned char* p = &buf[(static_cast<std::size_t>(y) * static_cast<std::size_t>(w) + static_cast<std::size_t>(x)) * 3];
+            out.Set(x, y, platform::Rgb(p[0], p[1], p[2]));
+        }
+    return true;
+}
+
+}  // namespace
+
+bool LoadImageBytes(const std::string& bytes, platform::Image& out, std::string& error) {
+    if (bytes.size() >= 8 && std::memcmp(bytes.data(), "\x89PNG\r\n\x1a\n", 8) == 0) return LoadPng(bytes, out, error);
+    if (bytes.size() >= 2 && bytes[0] == 'B' && bytes[1] == 'M') return LoadBmp(bytes, out, error);
+    error = "not a PNG or BMP image";
+    return false;
+}
+
+bool LoadImageFile(const std::string& path, platform::Image& out, std::string& error) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) {
+        error = "cannot open " + path;
+        return false;
+    }
+    std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    if (!LoadImageBytes(bytes, out, error)) {
+        error = path + ": " + error;
+        return false;
+    }
+    return true;
+}
+
+bool SaveImagePng(const std::string& path, const platform::Image& img, std::string& error) {
+    if (img.Width <= 0 || img.Height <= 0) {
+        error = "empty image";
+        return false;
+    }
+    std::vector<unsigned char> buf(static_cast<std::size_t>(img.Width) * static_cast<std::size_t>(img.Height) * 3);
+    for (std::size_t i = 0; i < img.Pixels.size(); ++i) {
+        buf[i * 3] = static_cast<unsigned char>(img.Pixels[i] >> 16);
+        buf[i * 3 + 1] = static_cast<unsigned char>(img.Pixels[i] >> 8);
+        buf[i * 3 + 2] = static_cast<unsigned char>(img.Pixels[i]);
+    }
+    png_image pi;
+    std::memset(&pi, 0, sizeof pi);
+    pi.version = PNG_IMAGE_VERSION;
+    pi.width = static_cast<png_uint_32>(img.Width);
+    pi.height = static_cast<png_uint_32>(img.Height);
+    pi.format = PNG_FORMAT_RGB;
+    // Written beside the target and renamed, so a failed write leaves no half file.
+    const std::string tmp = path + ".tmp";
+    if (!png_image_write_to_file(&pi, tmp.c_str(), 0, buf.data(), 0, nullptr)) {
+        error = std::string("PNG: ") + pi.message;
+        std::remove(tmp.c_str());
+        return false;
+    }
+    if (std::rename(tmp.c_str(), path.c_str()) != 0) {
+        error = "cannot write " + path;
+        std::remove(tmp.c_str());
+        return false;
+    }
+    return true;
+}
+
+}  // namespace reading

@@ -1,0 +1,173 @@
+#include "reading/pixels.h"
+
+#include <cstdlib>
+
+namespace reading {
+
+std::string FormatRect(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom) {
+    return "(" + std::to_string(left) + "," + std::to_string(top) + ")-(" + std::to_string(right) + "," +
+           std::to_string(bottom) + ")";
+}
+
+std::string FormatPoint(std::int32_t x, std::int32_t y) {
+    return "(" + std::to_string(x) + "," + std::to_string(y) + ") ";
+}
+
+void Capture::CaptureRect(platform::WindowHandle h, BM& rec, const platform::Rect& region, bool client) {
+    rec.Lines = 0;
+    clock_.Wait(100);
+    platform::Rect src;
+    if (!(client ? desktop_.GetClientRect(h, src) : desktop_.GetWindowRect(h, src))) return;
+    rec.Width = src.Width();
+    rec.Height = src.Height();
+    if (static_cast<std::int64_t>(rec.Width) * rec.Height == 0) return;
+    platform::Rect r = region;
+    if (r.Right == 0) r.Right = rec.Width;
+    if (r.Bottom == 0) r.Bottom = rec.Height;
+    if (r.Left > kLeftEdgeLimit) return;
+    const std::int32_t w = r.Right - r.Left, hgt = r.Bottom - r.Top;
+    rec.Left = r.Left;
+    rec.Top = r.Top;
+    rec.Right = r.Right;
+    rec.Bottom = r.Bottom;
+    rec.Length = w + (w % 2);
+    if (w <= 0 || hgt <= 0) return;
+    BMBits.assign(static_cast<std::size_t>(rec.Length) * static_cast<std::size_t>(hgt), 0);
+    clock_.Wait(FontIndex != 0 ? 500 : 100);
+    std::int32_t lines = desktop_.CopyRegion(h, client, r, BMBits);
+    rec.Lines = lines < 0 ? 0 : lines;
+}
+
+void Capture::CaptureScreenRect(const platform::Rect& region) {
+    CaptureRect(desktop_.DesktopWindow(), BMScreen, region, false);
+}
+
+void Capture::CaptureGameRect(const platform::Rect& region) { CaptureRect(GameWindow, BMScreen, region, false); }
+
+std::int32_t Capture::CaptureSubWindow(int k) {
+    if (k < 0 || k >= kSubWindowCount) return 0;
+    SubWindowSlot& s = SubWindow[static_cast<std::size_t>(k)];
+    auto once = [&]() {
+        desktop_.SetWindowPos(s.Handle, platform::ZOrder::Topmost);
+        if (desktop_.IsMinimized(s.Handle)) desktop_.ShowWindow(s.Handle, platform::ShowCmd::Restore);
+        if (desktop_.GetWindowRect(s.Handle, s.Rect)) {
+            platform::Rect r = s.Rect;
+            if (!s.Placed && std::abs(r.Left) + std::abs(r.Top) < 11 && !(s.Home.X == 0 && s.Home.Y == 0)) {
+                r = {s.Home.X, s.Home.Y, s.Home.X + r.Width(), s.Home.Y + r.Height()};
+                s.Placed = true;
+            }
+            const platform::Point screen = desktop_.ScreenSize();
+            if (r.Left < 0) r = {0, r.Top, r.Width(), r.Bottom};
+            if (r.Top < 0) r = {r.Left, 0, r.Right, r.Height()};
+            if (r.Right > screen.X + 5) {
+                const std::int32_t dx = r.Right - (screen.X + 5);
+                r = {r.Left - dx, r.Top, r.Right - dx, r.Bottom};
+            }
+            if (r.Bottom > screen.Y) {
+                const std::int32_t dy = r.Bottom - screen.Y;
+                r = {r.Left, r.Top - dy, r.Right, r.Bottom - dy};
+            }
+            if (!(r == s.Rect)) {
+                desktop_.MoveWindow(s.Handle, r);
+                s.Rect = r;
+            }
+        }
+        CaptureRect(s.Handle, BMSub, {}, true);
+    };
+    once();
+    if (BMSub.Lines == 0 && ReopenSubWindow) {
+        ReopenSubWindow(k);
+        once();
+    }
+    return BMSub.Lines;
+}
+
+void Capture::LoadImage(const platform::Image& img, BM& rec) {
+    rec = BM{};
+    rec.Width = img.Width;
+    rec.Height = img.Height;
+    if (img.Width <= 0 || img.Height <= 0) {
+        BMBits.assign(1, 0);
+        return;
+    }
+    rec.Right = img.Width;
+    rec.Bottom = img.Height;
+    rec.Length = img.Width + (img.Width % 2);
+    BMBits.assign(static_cast<std::size_t>(rec.Length) * static_cast<std::size_t>(img.Height), 0);
+    for (std::int32_t y = 0; y < img.Height; ++y) {
+        std::uint16_t* row = BMBits.data() + static_cast<std::size_t>(img.Height - 1 - y) * static_cast<std::size_t>(rec.Length);
+        for (std::int32_t x = 0; x < img.Width; ++x) row[x] = platform::To555(img.At(x, y));
+    }
+    rec.Lines = img.Height;
+}
+
+void Capture::TraceOutside(const char* name, const std::string& label, std::int32_t y, const BM& rec, std::int32_t g,
+                           bool withGray) {
+    if (!Trace) return;
+    std::string line = std::string(name) + " from " + label + ", BM.Length = " + std::to_string(rec.Length) +
+                       " Line = " + std::to_string(y) + " BM = " + FormatRect(rec.Left, rec.Top, rec.Right, rec.Bottom) +
+                       " k, UB =" + std::to_string(LineBMP.hi) + " " + std::to_string(BMBits.size());
+    if (withGray) line += " GraySwitch = " + std::to_string(g);
+    Trace(line);
+}
+
+void Capture::GetLineBMPmain(const std::string& label, std::int32_t y) {
+    if (BMBits.size() <= 1) return;
+    const BM& rec = BMScreen;
+    if (y < rec.Top || y + GlyphHeight > rec.Bottom) TraceOutside("GetLineBMPmain", label, y, rec, 0, false);
+    std::uint16_t summary = 0;
+    const bool shifted = y == LastLine + 1;
+    for (std::int32_t x = LineBMP.lo + 1; x <= LineBMP.hi - 1; ++x) {
+        std::uint16_t value;
+        if (shifted) {
+            value = static_cast<std::uint16_t>(((LineBMP[x] & 0x7FF) << 1) | (BlackAt(rec, x, y + 11) ? 1 : 0));
+        } else {
+            value = 0;
+            for (int k = 0; k < GlyphHeight; ++k)
+                if (BlackAt(rec, x, y + k)) value |= static_cast<std::uint16_t>(1u << (11 - k));
+        }
+        LineBMP[x] = value;
+        summary |= value;
+    }
+    LineBMP[LineBMP.lo] = summary;
+    LineBMP[LineBMP.hi] = kEndMark;
+    LastLine = y;
+}
+
+void Capture::GetLineBMP(const std::string& label, std::int32_t y, std::int32_t g) {
+    const BM& rec = BMSub;
+    if (y < 0 || y + GlyphHeight > rec.Height) TraceOutside("GetLineBMP", label, y, rec, g, true);
+    std::uint16_t summary = 0;
+    for (std::int32_t x = LineBMP.lo + 1; x <= LineBMP.hi - 1; ++x) {
+        std::uint16_t value = 0;
+        for (int k = 0; k < GlyphHeight; ++k)
+            if (DarkAt(rec, x, y + k)) value |= static_cast<std::uint16_t>(1u << (11 - k));
+        if (value == 0 && g != 0) {
+            bool allGray = true;
+            for (std::int32_t r = y + g; r <= y + 10 && allGray; ++r) allGray = GrayAt(rec, x, r);
+            if (allGray) value = kEndMark;
+        }
+        LineBMP[x] = value;
+        summary |= value;
+    }
+    LineBMP[LineBMP.lo] = summary;
+    LineBMP[LineBMP.hi] = kEndMark;
+}
+
+std::int32_t Capture::FindGrayRow(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom) const {
+    for (std::int32_t y = top; y <= bottom; ++y) {
+        bool all = true;
+        for (std::int32_t x = left; x <= right && all; ++x) all = GrayAt(BMSub, x, y);
+        if (all) return y;
+    }
+    return -1;
+}
+
+std::int32_t Capture::FindBlackRow(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom) const {
+    for (std::int32_t y = top; y <= bottom - 1; ++y)
+        for (std::int32_t x = left; x <= right; ++x)
+            if (BlackAt(BMSub, x, y)) return y;
+    return -1;
+}
+
+}  // namespace reading
