@@ -181,6 +181,10 @@ void SeatMap::InitNESW(std::string_view firstOwnId) {
     sitNESWmenu(firstOwnId.empty() ? North : SeatMenuAuto);
 }
 
+void SeatMap::InitNESW(const std::vector<std::string>& myIds) {
+    InitNESW(myIds.empty() ? std::string_view() : std::string_view(myIds[0]));
+}
+
 void SeatMap::SetJapanese(bool japanese) {
     view_.menuCaptions[SeatMenuAuto] = japanese ? "自動選択" : "Auto";
 }

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace core {
 
@@ -119,6 +120,8 @@ public:
     void sitNESWmenu(int index);
     // "Auto" when the user's first own ID (MyIds entry 1) is not empty, else North.
     void InitNESW(std::string_view firstOwnId);
+    // The same from the whole own-ID list (its element 0 is entry 1).
+    void InitNESW(const std::vector<std::string>& myIds);
     // Caption of the "Auto" entry in the Japanese interface.
     void SetJapanese(bool japanese);
 

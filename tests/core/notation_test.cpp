@@ -200,6 +200,12 @@ TEST(SeatMapTest, InitFromOwnId) {
     m.InitNESW("");
     EXPECT_EQ(m.MenuIndex(), 0);
     EXPECT_EQ(m.SeatOfPos(), (std::array<int, 4>{0, 1, 2, 3}));
+    m.InitNESW(std::vector<std::string>{"", "bob"});  // only entry 1 counts
+    EXPECT_EQ(m.MenuIndex(), 0);
+    m.InitNESW(std::vector<std::string>{"bob"});
+    EXPECT_TRUE(m.IsAuto());
+    m.InitNESW(std::vector<std::string>{});
+    EXPECT_EQ(m.MenuIndex(), 0);
     EXPECT_EQ(m.View().menuCaptions[4], "Auto");
     m.SetJapanese(true);
     EXPECT_EQ(m.View().menuCaptions[4], "自動選択");
