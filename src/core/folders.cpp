@@ -1,0 +1,57 @@
+#include "core/folders.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include "core/text.h"
+#include "platform/desktop.h"
+
+namespace core {
+
+namespace fs = std::filesystem;
+
+std::string JoinPath(const std::string& folder, const std::string& name) {
+    std::string n = name;
+#ifndef _WIN32
+    for (char& c : n)
+        if (c == '\\') c = '/';
+#endif
+    if (folder.empty()) return n;
+    if (PathFromUtf8(n).is_absolute()) return n;
+    return PathToUtf8(PathFromUtf8(folder) / PathFromUtf8(n));
+}
+
+std::string FindFileNoCase(const std::string& folder, const std::string& name) {
+    if (name.empty()) return {};
+    const std::string exact = JoinPath(folder, name);
+    std::error_code ec;
+    if (fs::exists(PathFromUtf8(exact), ec)) return exact;
+    // Only the last part of the name is matched without case; the folders
+    // above it must exist as written.
+    const fs::path full = PathFromUtf8(exact);
+    const fs::path dir = full.has_parent_path() ? full.parent_path() : fs::path(".");
+    const std::string want = UCase(PathToUtf8(full.filename()));
+    fs::directory_iterator it(dir, ec), end;
+    for (; !ec && it != end; it.increment(ec))
+        if (UCase(PathToUtf8(it->path().filename())) == want) return PathToUtf8(it->path());
+    return {};
+}
+
+std::string Folders::EnterProgramFolder(const std::string& name) const {
+    std::string found = FindFileNoCase(ProgramFolder, name);
+    return found.empty() ? JoinPath(ProgramFolder, name) : found;
+}
+
+std::string Folders::EnterWorkFolder(const std::string& name) const {
+    const std::string work = WorkFolder();
+    std::string found = FindFileNoCase(work, name);
+    return found.empty() ? JoinPath(work, name) : found;
+}
+
+Folders FoldersFor(const std::string& home, platform::Desktop& desktop) {
+    Folders f;
+    f.ProgramFolder = home.empty() ? desktop.ExecutableFolder() : home;
+    return f;
+}
+
+}  // namespace core
