@@ -1,12 +1,207 @@
+// `read lasthand IMAGE [--lang N]`, `read lasttrick IMAGE`, `read score IMAGE`:
+// runs the reader of one auxiliary game window on a stored image of that
+// window's client area and prints what it read as JSON.
 #include <cstdio>
+#include <cstdlib>
+#include <string>
 
 #include "app/cli_commands.h"
+#include "core/json.h"
+#include "platform/clock.h"
+#include "platform/desktop.h"
+#include "reading/cards.h"
+#include "reading/glyphs.h"
+#include "reading/image_file.h"
+#include "reading/pixels.h"
+#include "reading/score_reader.h"
+#include "reading/win_titles.h"
 
 namespace app {
 
-int RunReadSub(const std::string& kind, const Args&) {
-    std::fprintf(stderr, "tarvellos-cli read %s: not built yet in this version\n", kind.c_str());
-    return 3;
+namespace {
+
+// A desktop holding one window whose client area is the stored image, at the
+// screen's origin. A stored image cannot be moved or resized: the readers'
+// window moves are accepted and change nothing, so a score table cut off at
+// the image's bottom stays cut off, as it would on a screen that cannot grow.
+class StoredImageDesktop final : public platform::Desktop {
+public:
+    static constexpr platform::WindowHandle kWindow = 100;
+
+    explicit StoredImageDesktop(const platform::Image& img) : img_(img) {}
+
+    platform::WindowHandle DesktopWindow() override { return 1; }
+    std::vector<platform::WindowHandle> TopLevelWindows() override { return {kWindow}; }
+    bool IsWindow(platform::WindowHandle h) override { return h == kWindow; }
+    std::string WindowText(platform::WindowHandle) override { return ""; }
+    std::uint32_t WindowStyle(platform::WindowHandle h) override {
+        return h == kWindow ? platform::kStyleVisible : 0;
+    }
+    bool GetWindowRect(platform::WindowHandle h, platform::Rect& r) override { return Bounds(h, r); }
+    bool GetClientRect(platform::WindowHandle h, platform::Rect& r) override { return Bounds(h, r); }
+    bool ClientOrigin(platform::WindowHandle h, platform::Point& p) override {
+        p = {};
+        return h == kWindow;
+    }
+    bool MoveWindow(platform::WindowHandle h, const platform::Rect&) override { return h == kWindow; }
+    void SetWindowPos(platform::WindowHandle, platform::ZOrder) override {}
+    void ShowWindow(platform::WindowHandle, platform::ShowCmd) override {}
+    bool IsMinimized(platform::WindowHandle) override { return false; }
+    platform::Point ScreenSize() override { return {4096, 4096}; }
+    std::int32_t CopyRegion(platform::WindowHandle h, bool, const platform::Rect& region,
+                            std::vector<std::uint16_t>& bits) override {
+        if (h != kWindow) return 0;
+        const std::int32_t w = region.Width(), hgt = region.Height();
+        if (w <= 0 || hgt <= 0) return 0;
+        const std::int32_t length = w + (w & 1);
+        if (bits.size() < static_cast<std::size_t>(length) * static_cast<std::size_t>(hgt)) return 0;
+        for (std::int32_t row = 0; row < hgt; ++row) {
+            const std::int32_t y = region.Bottom - 1 - row;  // bottom-up
+            std::uint16_t* out = bits.data() + static_cast<std::size_t>(row) * static_cast<std::size_t>(length);
+            for (std::int32_t x = 0; x < w; ++x) {
+                const std::int32_t sx = region.Left + x;
+                out[x] = img_.Contains(sx, y) ? platform::To555(img_.At(sx, y)) : 0;
+            }
+        }
+        return hgt;
+    }
+    platform::Point GetCursorPos() override { return {}; }
+    void SetCursorPos(platform::Point) override {}
+    void LeftClick() override {}
+    void PlaySystemSound(const std::string&) override {}
+    void Beep() override {}
+    platform::PlatformFamily Family() override { return platform::PlatformFamily::NT; }
+    bool PrevInstance() override { return false; }
+    int AnsiCodePage() override { return 1252; }
+    std::string ExecutableFolder() override { return "."; }
+
+private:
+    bool Bounds(platform::WindowHandle h, platform::Rect& r) const {
+        if (h != kWindow) return false;
+        r = {0, 0, img_.Width, img_.Height};
+        return true;
+    }
+    const platform::Image& img_;
+};
+
+int Usage(const std::string& kind, const std::string& why) {
+    std::fprintf(stderr, "tarvellos-cli read %s: %s\nusage: tarvellos-cli read %s IMAGE%s\n", kind.c_str(), why.c_str(),
+                 kind.c_str(), kind == "lasthand" ? " [--lang N]" : "");
+    return 2;
+}
+
+bool ParseLanguage(const std::string& s, int& lang) {
+    if (s.empty() || s.size() > 2) return false;
+    for (char c : s)
+        if (c < '0' || c > '9') return false;
+    lang = std::atoi(s.c_str());
+    return lang >= reading::LangFirst && lang <= reading::LangLast;
+}
+
+// Everything a reader needs, set up as the tracking does when it takes up
+// a table: reading font 1 with the number reader on, virtual time.
+struct Readers {
+    Readers(const platform::Image& img, int lang) : desk(img), cap(desk, clock) {
+        cap.FontIndex = 1;
+        for (int k = 1; k <= 3; ++k) cap.SubWindow[static_cast<std::size_t>(k)].Handle = StoredImageDesktop::kWindow;
+        glyphs.ReadingFont = 1;
+        glyphs.DigitsOn = true;
+        glyphs.SelectFont(1, lang, titles.BidLabel(lang), titles.TrickLabel(lang));
+    }
+    StoredImageDesktop desk;
+    platform::VirtualClock clock;
+    reading::Capture cap;
+    reading::WinTitles titles;
+    reading::GlyphTable glyphs;
+};
+
+core::Json IntArray(const int* v, std::size_t n) {
+    core::Json a = core::Json::Array();
+    for (std::size_t i = 0; i < n; ++i) a.Push(core::Json(v[i]));
+    return a;
+}
+
+core::Json ReadLastHand(Readers& r, int lang) {
+    reading::CardReader reader(r.cap, r.glyphs);
+    reader.GameLanguage = lang;
+    reading::HandRead hand;
+    const int status = reader.CaptHand(hand);
+    core::Json names = core::Json::Array(), cards = core::Json::Array(), marks = core::Json::Array();
+    for (std::size_t p = 0; p < 4; ++p) {
+        names.Push(core::Json(hand.Names[p]));
+        core::Json c = core::Json::Array(), m = core::Json::Array();
+        for (std::size_t i = 0; i < 13; ++i) {
+            c.Push(core::Json(hand.Cards[p][i]));
+            m.Push(core::Json(static_cast<int>(hand.Marks[p][i])));
+        }
+        cards.Push(std::move(c));
+        marks.Push(std::move(m));
+    }
+    core::Json out = core::Json::Object();
+    out.Set("status", core::Json(status));
+    out.Set("names", std::move(names));
+    out.Set("cards", std::move(cards));
+    out.Set("marks", std::move(marks));
+    return out;
+}
+
+core::Json ReadLastTrick(Readers& r) {
+    reading::CardReader reader(r.cap, r.glyphs);
+    reading::TrickRead trick;
+    reader.ReadLastTrick(trick, 1);
+    core::Json out = core::Json::Object();
+    out.Set("suits", IntArray(trick.Suits.data(), 4));
+    out.Set("ranks", IntArray(trick.Ranks.data(), 4));
+    return out;
+}
+
+core::Json ReadScore(Readers& r) {
+    reading::ScoreReader reader(r.cap, r.glyphs);
+    reading::ScoreLines lines;
+    const int status = reader.CaptScore(lines);
+    core::Json list = core::Json::Array();
+    for (int n = 1; n <= lines.Count; ++n) list.Push(IntArray(lines.Line[static_cast<std::size_t>(n)].data(), 4));
+    core::Json out = core::Json::Object();
+    out.Set("status", core::Json(status));
+    out.Set("lines", std::move(list));
+    return out;
+}
+
+}  // namespace
+
+int RunReadSub(const std::string& kind, const Args& args) {
+    std::string path;
+    int lang = reading::LangUSA;
+    for (std::size_t i = 0; i < args.size(); ++i) {
+        const std::string& a = args[i];
+        if (a == "--lang" && kind == "lasthand") {
+            if (i + 1 >= args.size() || !ParseLanguage(args[i + 1], lang))
+                return Usage(kind, "--lang needs a game language row from 1 to 10");
+            ++i;
+        } else if (!a.empty() && a[0] == '-' && a.size() > 1) {
+            return Usage(kind, "unknown option '" + a + "'");
+        } else if (path.empty()) {
+            path = a;
+        } else {
+            return Usage(kind, "more than one image given");
+        }
+    }
+    if (path.empty()) return Usage(kind, "no image given");
+
+    platform::Image img;
+    std::string error;
+    if (!reading::LoadImageFile(path, img, error)) {
+        std::fprintf(stderr, "tarvellos-cli read %s: cannot read '%s': %s\n", kind.c_str(), path.c_str(), error.c_str());
+        return 1;
+    }
+    Readers readers(img, lang);
+    core::Json out;
+    if (kind == "lasthand") out = ReadLastHand(readers, lang);
+    else if (kind == "lasttrick") out = ReadLastTrick(readers);
+    else if (kind == "score") out = ReadScore(readers);
+    else return Usage(kind, "unknown window kind");
+    std::printf("%s\n", out.Dump().c_str());
+    return 0;
 }
 
 }  // namespace app
