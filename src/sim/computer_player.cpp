@@ -80,7 +80,7 @@ std::string ChooseBid(const BidView& view, std::mt19937& rng) {
     if (view.suicide) {
         // One partner of each side bids Nil.
         if (!partner.empty()) return partnerNil ? numeric : (view.doubleNilAllowed && rng() % 4 == 0 ? "D" : "N");
-        if (NilHand(view.hand) || EstimateTricks(view.hand) < 2.0) return "N";
+        if (NilHand(view.hand) || EstimateTricks(view.hand) < 3.0) return "N";
         return numeric;
     }
     if (!partnerNil && NilHand(view.hand)) {
