@@ -385,7 +385,9 @@ double Val(std::string_view s) {
             digits = true;
         }
     }
-    if (!digits || !std::isfinite(v)) return 0;
+    if (!digits) return 0;
+    // Hundreds of digits overflow a double: such a number is just "very large".
+    if (!std::isfinite(v)) v = std::numeric_limits<double>::max();
     return negative ? -v : v;
 }
 
