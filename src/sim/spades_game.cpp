@@ -141,7 +141,7 @@ void SpadesGame::BeginDeal() {
     trickIndex_ = 0;
     trick_ = {};
     spadesBroken_ = false;
-    record_ = LastHandView{};
+    record_ = FinishedDeal{};
     record_.dealNumber = dealsDone_;
     record_.dealer = dealer;
     for (int s = 0; s < kSeats; ++s) record_.names[s] = setup_.players[s].name;

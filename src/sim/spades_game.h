@@ -82,7 +82,7 @@ struct TrickView {
     int winner = -1;                       // -1 until complete
 };
 
-struct LastHandView {
+struct FinishedDeal {
     bool valid = false;
     int dealNumber = 0;
     int dealer = 0;
@@ -116,7 +116,7 @@ struct TableState {
     std::array<std::vector<std::string>, kSeats> hands;  // cards still held, sorted
     TrickView currentTrick;
     TrickView lastTrick;
-    LastHandView lastHand;
+    FinishedDeal lastHand;
     std::vector<ScoreLine> scoreLines;     // this game's lines, oldest first
     bool gameOver = false;                 // the final line of a game is shown
     bool finished = false;                 // no more deals
@@ -201,7 +201,7 @@ private:
     std::array<Card, kSeats> trick_{};
     int leader_ = 0;
     bool spadesBroken_ = false;
-    LastHandView record_;
+    FinishedDeal record_;
 };
 
 }  // namespace sim

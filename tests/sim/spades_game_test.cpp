@@ -33,7 +33,7 @@ std::vector<const GameEvent*> Of(const SpadesGame& game, EventKind k) {
 // Checks a finished deal as the "Last Hand" shows it: every card once,
 // suit followed, spades not led early, the winner of each trick leading
 // the next, the trick counts.
-void ExpectLegalDeal(const LastHandView& h) {
+void ExpectLegalDeal(const FinishedDeal& h) {
     ASSERT_TRUE(h.valid);
     std::set<Card> all;
     std::array<std::vector<Card>, kSeats> byTrick;  // [seat][t]
