@@ -62,6 +62,7 @@ struct StartupScreen {
 // What the checks need: the platform, the window model and the interface
 // language in force.
 struct StartupContext {
+    StartupContext(platform::Desktop& d, platform::Clock& c, StartupScreen& s) : Desktop(d), Clock(c), Screen(s) {}
     platform::Desktop& Desktop;
     platform::Clock& Clock;
     StartupScreen& Screen;
