@@ -137,6 +137,7 @@ std::string FormatAlertFile(const AlertList& list, bool japanese) {
     std::int32_t separator = list.SeparatorIndex();
     std::unordered_set<std::string> earlier;
     std::int32_t lineLength = 0;
+    bool lineStart = true;
     for (std::int32_t i = 1; i <= list.AlertCount; ++i) {
         const std::string& entry = list.Entry(i);
         std::string lower = core::LCase(entry);
@@ -146,7 +147,12 @@ std::string FormatAlertFile(const AlertList& list, bool japanese) {
         if (lineLength >= 60) {
             out += "\r\n";
             lineLength = 0;
+            lineStart = true;
         }
+        // A line that begins with "#" reads back as a comment; an empty
+        // entry in front keeps such an entry in the list.
+        if (lineStart && core::StartsWith(core::LTrim(entry), "#")) out += ',';
+        lineStart = false;
         out += entry;
         out += ',';
     }

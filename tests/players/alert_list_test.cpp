@@ -130,6 +130,17 @@ TEST(WriteAlertList, SkipsRemovedEmptyAndCaseInsensitiveRepeats) {
     EXPECT_EQ(FormatAlertFile(list, false), Header() + "zz_keep(Slow),zz_last,");
 }
 
+TEST(WriteAlertList, AnEntryStartingWithANumberSignNeverStartsALine) {
+    AlertList list = SmallList();
+    AppendAlertText("zz_x,#zz_hash\r\n", list);
+    list.SetEntry(4, "");  // zz_x removed: "#zz_hash" would begin the line
+    std::string text = FormatAlertFile(list, false);
+    EXPECT_EQ(text, Header() + ",#zz_hash,");
+    AlertList again = SmallList();
+    AppendAlertText(text, again);
+    EXPECT_EQ(UserEntries(again), std::vector<std::string>{"#zz_hash"});
+}
+
 TEST(WriteAlertList, NoUserEntriesGiveTheHeaderAlone) {
     EXPECT_EQ(FormatAlertFile(SmallList(), false), Header());
 }
