@@ -328,8 +328,10 @@ std::vector<std::string> NilReportLines(const NilCounts& counts, bool japanese, 
     return out;
 }
 
-NilHistoryResult WriteNilHistory(const NilDeal& deal, const std::array<int, 2>& teamScore,
-                                 const NilHistoryContext& ctx, platform::Clock& clock) {
+namespace {
+
+NilHistoryResult WriteNilHistoryBody(const NilDeal& deal, const std::array<int, 2>& teamScore,
+                                     const NilHistoryContext& ctx, platform::Clock& clock) {
     if (!ctx.UserIdentified) return NilHistoryResult::NotApplicable;
     if (ctx.AlertFailNil) {
         for (int s = 0; s < 4; ++s) {
@@ -363,7 +365,8 @@ NilHistoryResult WriteNilHistory(const NilDeal& deal, const std::array<int, 2>& 
         std::vector<std::string> lines;
         // A report that is there but cannot be read must not be replaced by
         // one that starts again from nothing.
-        if (!core::ReadTextFile(reportPath, codePage, lines)) {
+        std::error_code ec;
+        if (!fs::is_regular_file(report, ec) || !core::ReadTextFile(reportPath, codePage, lines)) {
             LogError(ctx, ErrFileAccess);
             return NilHistoryResult::Error;
         }
@@ -393,6 +396,22 @@ NilHistoryResult WriteNilHistory(const NilDeal& deal, const std::array<int, 2>& 
     }
     StampWithClock(report, now);
     return NilHistoryResult::Written;
+}
+
+}  // namespace
+
+NilHistoryResult WriteNilHistory(const NilDeal& deal, const std::array<int, 2>& teamScore,
+                                 const NilHistoryContext& ctx, platform::Clock& clock) {
+    // Any run-time failure ends the update; the old report stays as it was.
+    try {
+        return WriteNilHistoryBody(deal, teamScore, ctx, clock);
+    } catch (...) {
+        try {
+            LogError(ctx, ErrFileAccess);
+        } catch (...) {
+        }
+        return NilHistoryResult::Error;
+    }
 }
 
 }  // namespace scoring
