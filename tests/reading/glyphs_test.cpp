@@ -1,0 +1,279 @@
+// The glyph table and the band readers, on bands built column by column
+// from the font's hexadecimal shapes.
+#include "reading/glyphs.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+using reading::GlyphTable;
+using reading::LineBmp;
+
+namespace {
+
+// Band builder: shapes as the table writes them, blanks between them.
+struct Band {
+    std::vector<std::uint16_t> cols;
+    Band& Hex(const std::string& hex) {
+        for (std::size_t i = 0; i + 3 <= hex.size(); i += 3) cols.push_back(static_cast<std::uint16_t>(std::stoi(hex.substr(i, 3), nullptr, 16)));
+        return *this;
+    }
+    Band& Blank(int n = 1) {
+        cols.insert(cols.end(), static_cast<std::size_t>(n), 0);
+        return *this;
+    }
+    Band& Col(std::uint16_t v) {
+        cols.push_back(v);
+        return *this;
+    }
+    // LineBmp with lo = 9 (summary), text from x = 10, end marker at hi.
+    LineBmp Line(int extraBlank = 2) const {
+        LineBmp l;
+        l.Dim(9, 10 + static_cast<int>(cols.size()) + extraBlank);
+        std::uint16_t any = 0;
+        for (std::size_t i = 0; i < cols.size(); ++i) {
+            l[10 + static_cast<int>(i)] = cols[i];
+            any |= cols[i];
+        }
+        l[l.lo] = any;
+        l[l.hi] = reading::kEndMark;
+        return l;
+    }
+};
+
+const char* kB = "7FC4444444444443B8";
+const char* kI = "5FC000";
+const char* kD = "0F81041040887FC";
+const char* kColon = "104000";
+const char* kN = "7FC2001800400300087FC";
+const char* k1 = "1002007FC";
+const char* k3 = "2084044444443B8";
+const char* k0 = "3F84044044043F8";
+const char* kA = "0981241241280FC";
+const char* kBsmall = "7FC0881041040F8";
+
+GlyphTable English() {
+    GlyphTable t;
+    t.ReadingFont = 1;
+    t.DigitsOn = true;
+    t.SelectFont(1, 1, "Bid:", "Tricks:");
+    return t;
+}
+
+Band BidLabel() {
+    Band b;
+    b.Hex(kB).Blank().Hex(kI).Hex(kD).Blank().Hex(kColon).Blank(4);
+    return b;
+}
+
+}  // namespace
+
+TEST(GlyphTable, ParsesAllEntriesDroppingTheRepeatedUnderline) {
+    GlyphTable t;
+    EXPECT_EQ(t.TableText.size(), 147u);
+    EXPECT_EQ(t.GlyphCount(), 145);  // entry 114 repeats entry 99
+    EXPECT_EQ(t.FontACount, 102);
+    // Glyph numbers from entry 114 on are one less than the entry numbers.
+    EXPECT_EQ(t.Glyphs[113].Name, "_");
+    EXPECT_EQ(t.Glyphs[114].Source, "a");
+    EXPECT_EQ(t.Glyphs[114].Width, 7);
+    EXPECT_EQ(t.Glyphs[145].Source, "@");
+    EXPECT_EQ(t.Glyphs[145].Width, 14);
+    const auto& at = t.Glyphs[46];
+    EXPECT_EQ(at.Source, "&atilde;");
+    EXPECT_EQ(at.Name, "a");
+    EXPECT_EQ(at.AccentKey, 0x098);
+    // "(" and ")" are parsed but switched off.
+    EXPECT_EQ(t.Glyphs[39].Name, "(");
+    EXPECT_EQ(t.Glyphs[39].Column[1], 0);
+    EXPECT_EQ(t.Glyphs[39].Key0, 0x0F8);
+    EXPECT_EQ(t.Glyphs[43].Name, "..");
+}
+
+TEST(GlyphTable, ChainsKeepTableOrderAndCandidateListsFollowTheLanguage) {
+    GlyphTable t = English();
+    // "m" stands before "n" in the chain of their common first column.
+    const int head = t.GlyphHead[0x1FC];
+    ASSERT_NE(head, 0);
+    std::vector<std::string> chain;
+    for (int e = head; e != 0; e = t.Glyphs[static_cast<std::size_t>(e)].Next) chain.push_back(t.Glyphs[static_cast<std::size_t>(e)].Name);
+    ASSERT_GE(chain.size(), 2u);
+    EXPECT_LT(std::find(chain.begin(), chain.end(), "m") - chain.begin(), std::find(chain.begin(), chain.end(), "n") - chain.begin());
+
+    auto names = [&](int list) {
+        std::string s;
+        for (int e : t.DigitList[static_cast<std::size_t>(list)]) {
+            if (e == 0) break;
+            s += t.Glyphs[static_cast<std::size_t>(e)].Name;
+        }
+        return s;
+    };
+    EXPECT_EQ(names(1), "0123456789DN");
+    t.SelectFont(1, 5, "Dichiara:", "Prese:");
+    EXPECT_EQ(names(1), "0123456789QZ");
+    t.SelectFont(1, 2, "ビッド:", "トリック:");
+    EXPECT_EQ(names(0), ":");
+}
+
+TEST(GlyphMatch, SharedPrefixShapesUnknownShapesAndFieldEnds) {
+    GlyphTable t = English();
+    Band b;
+    b.Hex("1FC0801001000FC0801001000FC").Blank().Hex("1FC0801001000FC").Blank();
+    LineBmp l = b.Line();
+    std::int32_t p = 10;
+    EXPECT_EQ(t.ReadText(l, p), "mn");
+
+    // An unknown first column reads "?" and the next letters still read.
+    Band u;
+    u.Col(0x7FE).Col(0x7FE).Blank().Hex(kA).Blank().Hex(kBsmall);
+    l = u.Line();
+    p = 10;
+    EXPECT_EQ(t.ReadText(l, p), "?ab");
+
+    // A field ends at an end mark; the next field follows it.
+    Band f;
+    f.Hex(kA).Blank().Col(reading::kEndMark).Hex(kBsmall);
+    l = f.Line();
+    p = 10;
+    EXPECT_EQ(t.ReadText(l, p), "a");
+    EXPECT_EQ(t.ReadText(l, p), "b");
+    p = 5;  // before the band
+    EXPECT_EQ(t.ReadText(l, p), "");
+    EXPECT_EQ(p, 0);
+}
+
+TEST(GlyphMatch, AccentedLettersOnlyOutsideEnglishAndJapanese) {
+    Band b;
+    b.Hex("0F81245249240E8");  // e with acute accent
+    GlyphTable t = English();
+    LineBmp l = b.Line();
+    std::int32_t p = 10;
+    EXPECT_EQ(t.ReadText(l, p), "?");
+    t.SelectFont(1, 6, "Subasta:", "Bazas:");
+    p = 10;
+    EXPECT_EQ(t.ReadText(l, p), "e");
+    t.SelectFont(1, 2, "", "");
+    p = 10;
+    EXPECT_EQ(t.ReadText(l, p), "?");
+}
+
+TEST(FindText, BreakingShapeMayStartTheTargetAgain) {
+    GlyphTable t = English();
+    Band aab;
+    aab.Hex(kA).Blank().Hex(kA).Blank().Hex(kBsmall);
+    LineBmp l = aab.Line();
+    const std::int32_t end = t.FindText(l, 10, "ab");
+    EXPECT_EQ(end, 10 + 6 + 6 + 5);  // just after the "b"
+    EXPECT_TRUE(t.FindWord(l, "ab"));
+    EXPECT_TRUE(t.FindWord(l, "aab"));
+
+    Band aaab;
+    aaab.Hex(kA).Blank().Hex(kA).Blank().Hex(kA).Blank().Hex(kBsmall);
+    l = aaab.Line();
+    EXPECT_FALSE(t.FindWord(l, "aab"));
+    EXPECT_TRUE(t.FindWord(l, "ab"));
+    EXPECT_EQ(t.FindText(l, 10, ""), 0);
+    // A start after the word misses it.
+    EXPECT_EQ(t.FindText(l, 30, "ab"), 0);
+}
+
+TEST(ReadNumber, LabelsDigitsAndLetters) {
+    GlyphTable t = English();
+    std::string text = "unchanged";
+
+    // "1" then "3" starting eight columns later reads 13.
+    Band b13 = BidLabel();
+    b13.Hex(k1).Blank(8).Hex(k3);
+    LineBmp l = b13.Line();
+    EXPECT_EQ(t.ReadNumber(l, "Bid:", text), 10);
+    EXPECT_EQ(text, "Bid:13");
+
+    Band b1 = BidLabel();
+    b1.Hex(k1).Blank(11).Hex(k3);
+    l = b1.Line();
+    t.ReadNumber(l, "Bid:", text);
+    EXPECT_EQ(text, "Bid:1");
+
+    Band b11 = BidLabel();
+    b11.Hex(k1).Blank().Hex(k1);
+    l = b11.Line();
+    t.ReadNumber(l, "Bid:", text);
+    EXPECT_EQ(text, "Bid:11");
+
+    Band b10 = BidLabel();
+    b10.Hex(k1).Blank().Hex(k0);
+    l = b10.Line();
+    t.ReadNumber(l, "Bid:", text);
+    EXPECT_EQ(text, "Bid:10");
+
+    Band bn = BidLabel();
+    bn.Hex(kN);
+    l = bn.Line();
+    t.ReadNumber(l, "Bid:", text);
+    EXPECT_EQ(text, "Bid:N");
+
+    // An underline pixel on the band's bottom row is ignored by the mask.
+    Band under = BidLabel();
+    under.Col(0x208 | 1).Col(0x404 | 1).Col(0x444 | 1).Col(0x444 | 1).Col(0x3B8);
+    l = under.Line();
+    t.ReadNumber(l, "Bid:", text);
+    EXPECT_EQ(text, "Bid:3");
+
+    // Label alone: the text is the label.
+    Band alone = BidLabel();
+    l = alone.Line();
+    t.ReadNumber(l, "Bid:", text);
+    EXPECT_EQ(text, "Bid:");
+
+    // No label: start 0, text untouched.
+    Band none;
+    none.Hex(k3);
+    l = none.Line();
+    text = "kept";
+    EXPECT_EQ(t.ReadNumber(l, "Bid:", text), 0);
+    EXPECT_EQ(text, "kept");
+
+    // The number reader is off until it is switched on.
+    t.DigitsOn = false;
+    l = b13.Line();
+    EXPECT_EQ(t.ReadNumber(l, "Bid:", text), 0);
+    EXPECT_EQ(text, "kept");
+}
+
+TEST(ReadNumber, ItalianLettersForNil) {
+    GlyphTable t;
+    t.ReadingFont = 1;
+    t.DigitsOn = true;
+    t.SelectFont(1, 5, "Dichiara:", "Prese:");
+    const char* kDcap = "7FC4044044044042081F0";
+    const char* kC = "0F8104104088";
+    const char* kH = "7FC0801001000FC";
+    const char* kR = "1FC080100";
+    const char* kZ = "00440C434444584604404";
+    Band b;
+    b.Hex(kDcap).Blank().Hex(kI).Hex(kC).Blank().Hex(kH).Blank().Hex(kI).Hex(kA).Blank().Hex(kR).Blank().Hex(kA).Blank().Hex(kColon).Blank(4).Hex(kZ);
+    LineBmp l = b.Line();
+    std::string text;
+    EXPECT_EQ(t.ReadNumber(l, "Dichiara:", text), 10);
+    EXPECT_EQ(text, "Dichiara:Z");
+}
+
+TEST(GlyphReaders, NeverLeaveTheBand) {
+    GlyphTable t = English();
+    LineBmp l;
+    l.Dim(0, 0);
+    std::int32_t p = 0;
+    EXPECT_EQ(t.GlyphMatch(l, 0x7FC, p), "?");
+    EXPECT_EQ(t.ReadText(l, p), "");
+    EXPECT_FALSE(t.FindWord(l, "a"));
+    std::string text;
+    EXPECT_EQ(t.ReadNumber(l, "Bid:", text), 0);
+    // A glyph cut by the band's end is not matched.
+    Band cut;
+    cut.Hex("7FC4444444");  // "B" without its last columns
+    LineBmp c = cut.Line(0);
+    p = 10;
+    EXPECT_EQ(t.GlyphMatch(c, c[10], p), "?");
+    EXPECT_EQ(p, c.hi);
+}
