@@ -30,9 +30,22 @@ void DrawInCell(platform::Image& img, int cellLeft, int cellTop, int cellRight, 
             if (cell.At(xx, yy) != kUnset) img.Set(cellLeft + xx, cellTop + yy, cell.At(xx, yy));
 }
 
+// Columns from the first glyph's first column to the last inked one: the
+// width the game centres and right-aligns by (no gap after the last glyph).
+int InkWidth(const std::string& text, const reading::GlyphTable& glyphs) {
+    const int advance = GlyphTextWidth(text, glyphs);
+    if (advance <= 0) return 0;
+    platform::Image scratch(advance, reading::GlyphHeight, kWhite);
+    DrawGlyphText(scratch, 0, 0, text, kBlack, glyphs);
+    for (int x = advance - 1; x >= 0; --x)
+        for (int y = 0; y < reading::GlyphHeight; ++y)
+            if (scratch.At(x, y) != kWhite) return x + 1;
+    return 0;
+}
+
 void DrawCentered(platform::Image& img, int cellLeft, int cellTop, int cellRight, int cellBottom, int yTop,
                   const std::string& text, std::uint32_t rgb, const reading::GlyphTable& glyphs) {
-    const int width = GlyphTextWidth(text, glyphs);
+    const int width = InkWidth(text, glyphs);
     const int x = cellLeft + (cellRight - cellLeft + 1 - width) / 2;
     DrawInCell(img, cellLeft, cellTop, cellRight, cellBottom, x, yTop, text, rgb, glyphs);
 }
@@ -90,10 +103,8 @@ platform::Image RenderLastHand(const LastHandView& view, const reading::GlyphTab
             const std::string& card = view.Cards[static_cast<std::size_t>(p)][static_cast<std::size_t>(c)];
             if (card.empty()) continue;
             std::string text = LastHandCardText(card, view.Language);
-            if (view.Marks[static_cast<std::size_t>(p)][static_cast<std::size_t>(c)] == 1) {
-                text = "[" + text;
-                if (view.CloseMark) text += "]";
-            }
+            // The game marks a lead with an opening bracket only: "[10H]" would not fit a cell.
+            if (view.Marks[static_cast<std::size_t>(p)][static_cast<std::size_t>(c)] == 1) text = "[" + text;
             const int suit = static_cast<int>(std::string_view("CDHS").find(card.size() > 1 ? card[1] : 'S'));
             DrawCentered(img, CellLeft(c), top, CellLeft(c) + kCellWidth - 1, bottom, yText, text, SuitInk(suit),
                          glyphs);
@@ -161,10 +172,10 @@ platform::Image RenderScoreWindow(const ScoreWindowView& view, const reading::Gl
         const auto& l = view.Lines[static_cast<std::size_t>(r)];
         const int y = LineTextTop(r);
         const std::string s0 = std::to_string(l[0]), s2 = std::to_string(l[2]);
-        DrawInCell(img, kCellLeft[0], top, kCellRight[0], bottom, kScoreRight0 + 1 - GlyphTextWidth(s0, glyphs), y, s0,
+        DrawInCell(img, kCellLeft[0], top, kCellRight[0], bottom, kScoreRight0 + 1 - InkWidth(s0, glyphs), y, s0,
                    kBlack, glyphs);
         DrawInCell(img, kCellLeft[1], top, kCellRight[1], bottom, kBagsLeft1, y, std::to_string(l[1]), kBlack, glyphs);
-        DrawInCell(img, kCellLeft[2], top, kCellRight[2], bottom, kScoreRight2 + 1 - GlyphTextWidth(s2, glyphs), y, s2,
+        DrawInCell(img, kCellLeft[2], top, kCellRight[2], bottom, kScoreRight2 + 1 - InkWidth(s2, glyphs), y, s2,
                    kBlack, glyphs);
         DrawInCell(img, kCellLeft[3], top, kCellRight[3], bottom, kBagsLeft3, y, std::to_string(l[3]), kBlack, glyphs);
     }

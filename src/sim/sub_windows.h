@@ -20,7 +20,6 @@ struct LastHandView {
     std::array<std::string, 4> Names{};
     std::array<std::array<std::string, 13>, 4> Cards{};  // [line][column] "AS", "TH"; "" = empty cell
     std::array<std::array<int, 13>, 4> Marks{};          // 1 = the card led its trick, shown as "[AS"
-    bool CloseMark = false;  // also close a marked card with "]"
 };
 
 // Geometry of the "Last Hand" client area.
