@@ -142,7 +142,7 @@ using ReasonQuestion = std::function<void(ReasonDialog&)>;
 struct AlertOptions {
     bool Japanese = false;
     bool LogSet = false;              // a log file is named in the settings
-    std::string JapaneseFont = "MS UI Gothic";
+    std::string JapaneseFont = "ＭＳ Ｐゴシック";  // the start-up check picks the real one
     std::vector<std::string> MyIds;   // the user's IDs, first one first
     platform::Point AskAlertPos;      // X = 0: prompt off; X = -100: no position given
     std::string AlertFilePath;        // where WriteAlertList writes

@@ -34,7 +34,7 @@ struct RatingOptions {
     bool Japanese = false;
     bool LogSet = false;
     bool CountCards = false;                // card counting switched on
-    std::string JapaneseFont = "MS UI Gothic";
+    std::string JapaneseFont = "ＭＳ Ｐゴシック";  // the start-up check picks the real one
     std::vector<std::string> MyIds;         // the user's IDs, first one first
     std::vector<std::string> SecondIds;     // up to 1000, ends at the first empty one
     std::string HistoryPath;                // "" = no history kept

@@ -317,8 +317,4 @@ TEST_F(Fixture, PromptOffShowsNothing) {
     checker.ExecAskAlert(access);
     EXPECT_FALSE(checker.View.cmdAlertNone.Visible);
     EXPECT_FALSE(checker.testAlert());
-    checker.SetToolTipTextPlNames(false);
-    EXPECT_EQ(checker.View.plNameToolTip[3], "Alert This Player");
-    checker.SetToolTipTextPlNames(true);
-    EXPECT_EQ(checker.View.plNameToolTip[3], "");
 }

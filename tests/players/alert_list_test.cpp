@@ -42,15 +42,6 @@ TEST(ReadList, SplitsAtCommasKeepingEmptyAndUntrimmedEntries) {
     EXPECT_EQ(out[5], "d");
 }
 
-TEST(ReadList, AppendsAfterTheGivenCount) {
-    std::vector<std::string> out = {"", "keep"};
-    std::int32_t count = 1;
-    ReadList(out, {"x,y"}, count);
-    EXPECT_EQ(count, 3);
-    EXPECT_EQ(out[1], "keep");
-    EXPECT_EQ(out[3], "y");
-}
-
 TEST(DefaultAlertList, SeparatorFollowsTheBuiltInEntries) {
     AlertList list;
     ReadDefaultAlertList(list);
