@@ -24,13 +24,36 @@ platform::Point ClientSizeOf(int slot) {
     }
 }
 
-// The picture on a canvas of the window's client size.
-platform::Image Fit(const platform::Image& img, int w, int h, std::uint32_t fill) {
-    if (img.Width == w && img.Height == h) return img;
-    platform::Image out(std::max(w, 0), std::max(h, 0), fill);
-    for (int y = 0; y < std::min(h, img.Height); ++y)
-        for (int x = 0; x < std::min(w, img.Width); ++x) out.Set(x, y, img.At(x, y));
-    return out;
+// Copies `img` into the window's client area row by row; the part of the
+// client area that the picture does not cover gets `fill`. With `part`
+// (client coordinates) only that rectangle is copied.
+void Blit(platform::SimDesktop& desk, platform::WindowHandle h, const platform::Image& img, std::uint32_t fill,
+          platform::Rect part = {}) {
+    platform::SimWindow* w = desk.Find(h);
+    if (!w) return;
+    platform::Image& dst = w->Pixels;
+    const int left = w->ClientInset.Left, top = w->ClientInset.Top;
+    const int cw = dst.Width - left - w->ClientInset.Right, ch = dst.Height - top - w->ClientInset.Bottom;
+    if (cw <= 0 || ch <= 0) return;
+    if (part.Width() <= 0 || part.Height() <= 0) part = {0, 0, cw, ch};
+    const int x0 = std::clamp(part.Left, 0, cw), x1 = std::clamp(part.Right, 0, cw);
+    const int y0 = std::clamp(part.Top, 0, ch), y1 = std::clamp(part.Bottom, 0, ch);
+    for (int y = y0; y < y1; ++y) {
+        auto row = dst.Pixels.begin() + static_cast<std::ptrdiff_t>((top + y) * dst.Width + left);
+        int x = x0;
+        if (y < img.Height && x0 < img.Width) {
+            const int n = std::min(x1, img.Width);
+            auto src = img.Pixels.begin() + static_cast<std::ptrdiff_t>(y * img.Width);
+            std::copy(src + x0, src + n, row + x0);
+            x = n;
+        }
+        if (x < x1) std::fill(row + x, row + x1, fill);
+    }
+}
+
+const reading::WinTitles& Titles() {
+    static const reading::WinTitles titles;
+    return titles;
 }
 
 bool Inside(const platform::Rect& r, platform::Point p) {
@@ -39,19 +62,31 @@ bool Inside(const platform::Rect& r, platform::Point p) {
 
 }  // namespace
 
-TablePicture PlainTablePicture(const TableState& state, const TableContext& ctx) {
-    TablePicture pic;
-    pic.Client = platform::Image(ctx.ClientWidth, ctx.ClientHeight, kWhite);
-    reading::WinTitles titles;
+void PlainTablePicture(const TableState& state, const TableContext& ctx, TablePicture& pic) {
+    // Only the bid panel changes once the table is drawn.
+    const platform::Rect panel{120, 290, 330, 400};
+    const bool full = pic.Client.Width != ctx.ClientWidth || pic.Client.Height != ctx.ClientHeight;
+    if (full) {
+        pic.Client = platform::Image(ctx.ClientWidth, ctx.ClientHeight, kWhite);
+        pic.Dirty = {};
+    } else {
+        pic.Client.FillRect(panel.Left, panel.Top, panel.Right, panel.Bottom, kWhite);
+        pic.Dirty = panel;
+    }
+    pic.Buttons.clear();
+    const reading::WinTitles& titles = Titles();
     auto button = [&](TableButtonKind kind, platform::Rect r, const std::string& label, std::string bid = {}) {
-        pic.Client.FillRect(r.Left, r.Top, r.Right, r.Bottom, kButtonFace);
-        if (ctx.Glyphs && !label.empty()) DrawGlyphText(pic.Client, r.Left + 4, r.Top + 4, label, kBlack, *ctx.Glyphs);
+        if (full || r.Top >= panel.Top) {
+            pic.Client.FillRect(r.Left, r.Top, r.Right, r.Bottom, kButtonFace);
+            if (ctx.Glyphs && !label.empty())
+                DrawGlyphText(pic.Client, r.Left + 4, r.Top + 4, label, kBlack, *ctx.Glyphs);
+        }
         pic.Buttons.push_back({kind, r, std::move(bid)});
     };
     const TableButtonKind kinds[3] = {TableButtonKind::LastTrick, TableButtonKind::LastHand, TableButtonKind::Score};
     for (int k = 1; k <= 3; ++k)
         button(kinds[k - 1], {8, 50 + 25 * k, 108, 70 + 25 * k}, titles.ButtonWord(ctx.Language, k));
-    if (ctx.Glyphs) {
+    if (ctx.Glyphs && full) {
         if (state.dnilPass) DrawGlyphText(pic.Client, 12, 160, titles.ButtonWord(ctx.Language, 4), kBlack, *ctx.Glyphs);
         if (state.suicide) DrawGlyphText(pic.Client, 12, 180, titles.ButtonWord(ctx.Language, 5), kBlack, *ctx.Glyphs);
     }
@@ -66,7 +101,6 @@ TablePicture PlainTablePicture(const TableState& state, const TableContext& ctx)
         button(TableButtonKind::DoubleNil, {130, 300, 220, 320}, titles.DoubleNilWord(ctx.Language));
         button(TableButtonKind::ShowCards, {230, 300, 300, 320}, titles.ShowWord(ctx.Language));
     }
-    return pic;
 }
 
 SimGameDesktop::SimGameDesktop(platform::SimDesktop& desktop, platform::VirtualClock& clock, const Scenario& scenario,
@@ -149,7 +183,7 @@ void SimGameDesktop::CloseTable() {
     for (int slot = 1; slot <= 3; ++slot) CloseSubWindow(slot);
     if (table_) desktop_.CloseWindow(table_);
     table_ = 0;
-    buttons_.clear();
+    picture_.Buttons.clear();
 }
 
 void SimGameDesktop::ReopenTable() {
@@ -205,9 +239,9 @@ void SimGameDesktop::PaintTable(bool force) {
     platform::Point size{client.Width(), client.Height()};
     if (!force && key == paintedKey_[0] && size == paintedSize_[0]) return;
     TableContext ctx{language_, size.X, size.Y, &glyphs_};
-    TablePicture pic = renderer_(game_->State(), ctx);
-    buttons_ = std::move(pic.Buttons);
-    desktop_.SetClientImage(table_, Fit(pic.Client, size.X, size.Y, kWhite));
+    const bool whole = force || !(size == paintedSize_[0]);
+    renderer_(game_->State(), ctx, picture_);
+    Blit(desktop_, table_, picture_.Client, kWhite, whole ? platform::Rect{} : picture_.Dirty);
     paintedKey_[0] = key;
     paintedSize_[0] = size;
     ++repaints_;
@@ -231,16 +265,12 @@ void SimGameDesktop::PaintSub(int slot, bool force) {
         key = std::to_string(s.gameNumber) + "/" + std::to_string(s.scoreLines.size());
     }
     if (!force && key == paintedKey_[i] && size == paintedSize_[i]) return;
-    platform::Image img;
-    if (slot == kLastTrick) {
-        img = RenderLastTrick(LastTrickViewOf(s));
-        img = Fit(img, size.X, size.Y, last_trick::kTableColor);
-    } else if (slot == kLastHand) {
-        img = Fit(RenderLastHand(LastHandViewOf(s, language_), glyphs_), size.X, size.Y, kWhite);
-    } else {
-        img = Fit(RenderScoreWindow(ScoreViewOf(s, size.Y), glyphs_), size.X, size.Y, kWhite);
-    }
-    desktop_.SetClientImage(h, img);
+    if (slot == kLastTrick)
+        Blit(desktop_, h, RenderLastTrick(LastTrickViewOf(s)), last_trick::kTableColor);
+    else if (slot == kLastHand)
+        Blit(desktop_, h, RenderLastHand(LastHandViewOf(s, language_), glyphs_), kWhite);
+    else
+        Blit(desktop_, h, RenderScoreWindow(ScoreViewOf(s, size.Y), glyphs_), kWhite);
     paintedKey_[i] = key;
     paintedSize_[i] = size;
     ++repaints_;
@@ -261,7 +291,7 @@ void SimGameDesktop::OnClick(const platform::SimClick& click) {
     platform::Point origin;
     if (!desktop_.ClientOrigin(table_, origin)) return;
     const platform::Point at{click.At.X - origin.X, click.At.Y - origin.Y};
-    const std::vector<TableButtonArea> buttons = buttons_;  // a bid repaints and replaces them
+    const std::vector<TableButtonArea> buttons = picture_.Buttons;  // a bid repaints and replaces them
     for (const auto& b : buttons) {
         if (!Inside(b.Area, at)) continue;
         switch (b.Kind) {

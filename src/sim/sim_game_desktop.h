@@ -34,6 +34,9 @@ struct TableButtonArea {
 struct TablePicture {
     platform::Image Client;
     std::vector<TableButtonArea> Buttons;
+    // The part the renderer changed in its last call; an empty rectangle
+    // means the whole picture. Only that part is copied to the window.
+    platform::Rect Dirty;
 };
 
 struct TableContext {
@@ -42,12 +45,15 @@ struct TableContext {
     const reading::GlyphTable* Glyphs = nullptr;
 };
 
-using TableRenderer = std::function<TablePicture(const TableState&, const TableContext&)>;
+// Draws the table into `pic`, which holds the previous picture: a renderer
+// reuses its pixels (the table is drawn often, and a fresh window-sized image
+// each time costs more than the drawing).
+using TableRenderer = std::function<void(const TableState&, const TableContext&, TablePicture& pic)>;
 
 // Without a table renderer: a blank table with the three sub-window buttons
 // at fixed places in the left column and the bid panel's buttons while it is
 // up, so that clicks can be routed.
-TablePicture PlainTablePicture(const TableState& state, const TableContext& ctx);
+void PlainTablePicture(const TableState& state, const TableContext& ctx, TablePicture& pic);
 
 class SimGameDesktop {
 public:
@@ -113,7 +119,7 @@ private:
     std::unique_ptr<SpadesGame> game_;
     platform::WindowHandle table_ = 0;
     std::array<platform::WindowHandle, 4> sub_{};
-    std::vector<TableButtonArea> buttons_;
+    TablePicture picture_;
     // What each window last showed (state version and client size), so
     // unchanged windows are not drawn again.
     std::array<platform::Point, 4> paintedSize_{};

@@ -35,7 +35,9 @@ bool ClickTable(platform::SimDesktop& desk, SimGameDesktop& game, TableButtonKin
     TableContext ctx{game.Language(), client.Width(), client.Height(), nullptr};
     platform::Point origin;
     desk.ClientOrigin(game.TableWindow(), origin);
-    for (const auto& b : PlainTablePicture(game.Game().State(), ctx).Buttons) {
+    TablePicture pic;
+    PlainTablePicture(game.Game().State(), ctx, pic);
+    for (const auto& b : pic.Buttons) {
         if (b.Kind != kind || b.Bid != bid) continue;
         desk.SetCursorPos({origin.X + (b.Area.Left + b.Area.Right) / 2, origin.Y + (b.Area.Top + b.Area.Bottom) / 2});
         desk.LeftClick();
