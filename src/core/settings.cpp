@@ -177,7 +177,7 @@ struct KeyTable {
 
 SettingsReadResult ReadSettingsLines(const std::vector<std::string>& lines, Settings& s,
                                      const FileExistsFn& fileExists) {
-    const KeyTable table;
+    static const KeyTable table;  // constant, built on first use
     SettingsReadResult result;
     for (const std::string& raw : lines) {
         const std::string text = Trim(raw);
@@ -212,7 +212,7 @@ SettingsReadResult ReadSettingsLines(const std::vector<std::string>& lines, Sett
 SettingsReadResult ParseSettingsBytes(std::string_view bytes, int codePage, Settings& s,
                                       const FileExistsFn& fileExists) {
     std::vector<std::string> lines = SplitLines(bytes);
-    for (auto& l : lines) l = ToUtf8(l, codePage);
+    LinesToUtf8(lines, codePage);
     return ReadSettingsLines(lines, s, fileExists);
 }
 

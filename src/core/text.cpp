@@ -206,6 +206,10 @@ std::string SystemFromUtf8(std::string_view text, int codePage) {
     return Narrow(static_cast<UINT>(codePage), Widen(CP_UTF8, Utf8Sanitised(text)), true);
 }
 
+void SystemLinesToUtf8(std::vector<std::string>& lines, int codePage) {
+    for (auto& l : lines) l = SystemToUtf8(l, codePage);
+}
+
 #else
 
 std::string IconvName(int codePage) {
@@ -270,6 +274,12 @@ std::string SystemToUtf8(std::string_view bytes, int codePage) {
     Iconv cv("UTF-8", IconvName(codePage));
     if (!cv.ok()) return Utf8Sanitised(bytes);
     return cv.Convert(bytes, [](std::string_view, std::size_t) { return std::size_t{1}; });
+}
+
+void SystemLinesToUtf8(std::vector<std::string>& lines, int codePage) {
+    Iconv cv("UTF-8", IconvName(codePage));
+    for (auto& l : lines)
+        l = cv.ok() ? cv.Convert(l, [](std::string_view, std::size_t) { return std::size_t{1}; }) : Utf8Sanitised(l);
 }
 
 std::string SystemFromUtf8(std::string_view text, int codePage) {
@@ -461,6 +471,14 @@ std::string FromUtf8(std::string_view text, int codePage) {
     return SystemFromUtf8(text, codePage);
 }
 
+void LinesToUtf8(std::vector<std::string>& lines, int codePage) {
+    if (codePage == kCodePageWestern || codePage == kCodePageUtf8) {
+        for (auto& l : lines) l = ToUtf8(l, codePage);
+        return;
+    }
+    SystemLinesToUtf8(lines, codePage);
+}
+
 int ByteRoundTrip(int codePage, std::uint8_t byte) {
     const char b = static_cast<char>(byte);
     const std::string back = FromUtf8(ToUtf8(std::string_view(&b, 1), codePage), codePage);
@@ -503,7 +521,7 @@ bool ReadTextFile(const std::string& path, int codePage, std::vector<std::string
     // Lines are cut before conversion: in the supported code pages CR and LF
     // never occur inside a character, and a bad byte then spoils one line only.
     lines = SplitLines(bytes);
-    for (auto& l : lines) l = ToUtf8(l, codePage);
+    LinesToUtf8(lines, codePage);
     return true;
 }
 

@@ -90,6 +90,8 @@ std::string ToUtf8(std::string_view bytes, int codePage);
 // UTF-8 -> bytes in the code page. Characters the code page cannot hold (and
 // invalid UTF-8) each become "?".
 std::string FromUtf8(std::string_view text, int codePage);
+// ToUtf8 of every line, in place (one converter for them all).
+void LinesToUtf8(std::vector<std::string>& lines, int codePage);
 // The single-byte round trip: byte -> character in the code page -> byte(s).
 // A character that comes back as two bytes gives lead * 256 + trail; one that
 // does not come back gives the byte of "?" (63).
