@@ -1,0 +1,266 @@
+// Table readers on windows drawn pixel by pixel here (not by the simulator),
+// so the readers are not only checked against the renderer.
+#include "reading/table_reader.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/clock.h"
+#include "platform/sim_desktop.h"
+
+namespace {
+
+constexpr std::uint32_t kFrame = 0x280000;  // red level 5
+constexpr std::uint32_t kBlack = 0x000000;
+constexpr std::uint32_t kBack = 0xECE9D8;
+
+// Glyph columns as the font writes them, bit 11 = row yTop.
+int PutHex(platform::Image& img, int x, int yTop, const std::string& hex, std::uint32_t rgb = kBlack) {
+    for (std::size_t i = 0; i + 3 <= hex.size(); i += 3, ++x) {
+        const int v = std::stoi(hex.substr(i, 3), nullptr, 16);
+        for (int r = 0; r < 12; ++r)
+            if (v & (1 << (11 - r))) img.Set(x, yTop + r, rgb);
+    }
+    return x;
+}
+
+const std::string kB = "7FC4444444444443B8", kI = "5FC000", kD = "0F81041040887FC", kColon = "104000";
+const std::string kDigits[10] = {"3F84044044043F8", "1002007FC",       "20440C414464384", "2084044444443B8",
+                                 "0300D03107FC010", "1C8684484484478", "3F8444484484278", "40041C4E0500600",
+                                 "3B84444444443B8", "3C84244244443F8"};
+const std::string kN = "7FC2001800400300087FC", kL = "7FC000";
+
+int PutBidLabel(platform::Image& img, int x, int yTop) {
+    x = PutHex(img, x, yTop, kB) + 1;
+    x = PutHex(img, x, yTop, kI);
+    x = PutHex(img, x, yTop, kD) + 1;
+    return PutHex(img, x, yTop, kColon) + 4;
+}
+
+int PutNumber(platform::Image& img, int x, int yTop, int n) {
+    for (char c : std::to_string(n)) x = PutHex(img, x, yTop, kDigits[c - '0']) + 1;
+    return x;
+}
+
+// The frame's lower-left corner at (x, y) and the rest of a 1-pixel frame.
+void PutFrame(platform::Image& img, int x, int y, std::uint32_t rgb = kFrame) {
+    img.FillRect(x, y - 159, x + 246, y - 158, rgb);
+    img.FillRect(x, y, x + 246, y + 1, rgb);
+    img.FillRect(x, y - 159, x + 1, y + 1, rgb);
+    img.FillRect(x + 245, y - 159, x + 246, y + 1, rgb);
+}
+
+struct Hand {
+    platform::SimDesktop desk{1280, 1024};
+    platform::VirtualClock clock;
+    reading::Capture cap{desk, clock};
+    reading::GlyphTable glyphs;
+    reading::WinTitles titles;
+    reading::TableReader reader{cap, glyphs, titles};
+    explicit Hand(const platform::Image& img, int lang = 1) {
+        cap.GameWindow = desk.AddWindow("Game: Spades", {0, 0, img.Width, img.Height});
+        desk.SetImage(cap.GameWindow, img);
+        reader.GameLanguage = lang;
+        reader.SelectReadingFont();
+    }
+};
+
+}  // namespace
+
+TEST(LocateBoxByHand, CornerRunsAndFrameColourTolerance) {
+    {
+        platform::Image img(640, 700, kBack);
+        PutFrame(img, 231, 401);
+        Hand h(img);
+        std::string status;
+        h.reader.BoxStatus = [&](const std::string& s, bool ok) { status = s + (ok ? " ok" : " bad"); };
+        h.reader.LocateBox();
+        EXPECT_EQ(h.reader.BoxLeft, 236);
+        EXPECT_EQ(h.reader.BoxTop, 247);
+        EXPECT_EQ(h.reader.BoxRight, 471);
+        EXPECT_EQ(h.reader.BoxBottom, 396);
+        EXPECT_EQ(h.reader.BoxCenterX, 353);
+        EXPECT_EQ(h.reader.BoxCenterY, 321);
+        EXPECT_EQ(status, "236,247 ok");
+        EXPECT_EQ(h.reader.BoxTries, 1);
+        // Label columns default to the box edges and centre.
+        EXPECT_EQ(h.reader.BidPos[0].X, 353);
+        EXPECT_EQ(h.reader.BidPos[1].X, 236);
+        EXPECT_EQ(h.reader.TrickPos[0].X, 236);
+        EXPECT_EQ(h.reader.TrickPos[2].X, 353);
+    }
+    {
+        // A vertical run of one pixel is not a corner.
+        platform::Image img(640, 700, kBack);
+        img.FillRect(231, 401, 236, 402, kFrame);
+        img.Set(231, 400, kFrame);
+        Hand h(img);
+        h.reader.LocateBox();
+        EXPECT_EQ(h.reader.BoxLeft, 0);
+        EXPECT_EQ(h.reader.BoxTries, 50);
+        EXPECT_EQ(h.clock.Elapsed() >= 49u * 200u, true);
+    }
+    struct Shade {
+        std::uint32_t rgb;
+        bool frame;
+    };
+    for (const Shade s : {Shade{0x200808, true}, Shade{0x300000, true}, Shade{0x380000, false}, Shade{0x281000, false}}) {
+        platform::Image img(640, 700, kBack);
+        PutFrame(img, 231, 401, s.rgb);
+        Hand h(img);
+        h.reader.LocateBox();
+        EXPECT_EQ(h.reader.BoxLeft != 0, s.frame) << std::hex << s.rgb;
+    }
+}
+
+TEST(LocateBoxByHand, JapaneseSearchStartsHigher) {
+    platform::Image img(640, 700, kBack);
+    PutFrame(img, 231, 190);  // above the rows searched for the other languages
+    Hand en(img, 1);
+    en.reader.LocateBox();
+    EXPECT_EQ(en.reader.BoxLeft, 0);
+    Hand ja(img, 2);
+    ja.reader.LocateBox();
+    EXPECT_EQ(ja.reader.BoxLeft, 236);
+    EXPECT_EQ(ja.reader.BoxBottom, 185);
+}
+
+TEST(FindListCornerByHand, WhiteEdgeOverGrayLine) {
+    platform::Image img(640, 700, kBack);
+    PutFrame(img, 231, 401);
+    img.FillRect(450, 430, 620, 520, 0xFFFFFF);
+    img.FillRect(520, 433, 521, 520, 0x808080);  // starts two rows below the white edge
+    Hand h(img);
+    h.reader.LocateBox();
+    EXPECT_EQ(h.reader.NameListTop, 431);
+    const platform::Point p = h.reader.FindListCorner(h.cap.BMScreen, {0, 0, 10, 10});
+    EXPECT_EQ(p, platform::Point{});
+}
+
+TEST(TestMyTurnByHand, BlackBarBelowTheFirstRow) {
+    auto turn = [](int firstRow, int lastRow) {
+        platform::Image img(640, 700, kBack);
+        PutFrame(img, 231, 401);
+        if (firstRow >= 0) img.FillRect(236 + 107, 247 + firstRow, 236 + 128, 247 + lastRow + 1, kBlack);
+        Hand h(img);
+        return h.reader.TestMyTurn();
+    };
+    EXPECT_FALSE(turn(-1, 0));
+    EXPECT_FALSE(turn(112, 119));  // fully black: the first black row is 112
+    EXPECT_TRUE(turn(113, 119));
+    EXPECT_TRUE(turn(114, 119));
+    EXPECT_FALSE(turn(120, 125));  // below the test rectangle
+    // A bar one pixel short of the rectangle's width is no marker.
+    platform::Image img(640, 700, kBack);
+    PutFrame(img, 231, 401);
+    img.FillRect(236 + 108, 247 + 114, 236 + 128, 247 + 120, kBlack);
+    Hand h(img);
+    EXPECT_FALSE(h.reader.TestMyTurn());
+}
+
+TEST(CaptureBidByHand, LabelsInTheirQuadrantsAndTheWaitPromptMargin) {
+    platform::Image img(640, 700, kBack);
+    PutFrame(img, 231, 401);
+    int x = PutBidLabel(img, 244, 247 + 128);  // lower left: bid position 1
+    PutNumber(img, x, 247 + 128, 7);
+    x = PutBidLabel(img, 380, 247 + 100);  // lower right: bid position 0
+    PutNumber(img, x, 247 + 100, 0);       // zero is no bid
+    Hand h(img);
+    std::array<std::string, 4> bids;
+    int status = -1;
+    h.reader.CaptureBid(bids, status);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(bids, (std::array<std::string, 4>{"", "7", "", ""}));
+    EXPECT_EQ(h.reader.BidCount, 2);
+    EXPECT_EQ(h.reader.BidLocCount, 2);
+    EXPECT_EQ(h.reader.BidPos[1], (platform::Point{244, 247 + 128}));
+    EXPECT_EQ(h.reader.BidPos[0], (platform::Point{380, 247 + 100}));
+
+    // "lick" on the box's top 20 rows is not a wait prompt; lower down it is.
+    const std::string kLower[4] = {"7FC000", "5FC000", "0F8104104088", "7FC020060098104"};  // l i c k
+    auto putLick = [&](platform::Image& im, int y) {
+        int cx = 300;
+        for (const auto& s : kLower) cx = PutHex(im, cx, y, s) + (s.substr(s.size() - 3) == "000" ? 0 : 1);
+    };
+    platform::Image top = img;
+    putLick(top, 247 + 5);
+    Hand ht(top);
+    status = -1;
+    ht.reader.CaptureBid(bids, status);
+    EXPECT_EQ(status, 0);
+    platform::Image mid = img;
+    putLick(mid, 247 + 40);
+    Hand hm(mid);
+    hm.reader.CaptureBid(bids, status);
+    EXPECT_EQ(status, 11);
+}
+
+TEST(GetBoardStatByHand, OrdinaryPanelGivesFourteenButtons) {
+    platform::Image img(640, 700, kBack);
+    for (int row = 0; row < 3; ++row) {
+        for (int col = 0; col < 5; ++col) {
+            const int n = row * 5 + col + 1;
+            const int x = 120 + col * 28, y = 420 + row * 26;
+            if (n <= 13) {
+                PutNumber(img, x, y, n);
+            } else if (n == 14) {
+                int cx = PutHex(img, x, y, kN) + 1;
+                cx = PutHex(img, cx, y, kI);
+                PutHex(img, cx, y, kL);
+            }
+        }
+    }
+    Hand h(img);
+    EXPECT_EQ(h.reader.GetBoardStat(0), 100);
+    EXPECT_EQ(h.reader.BtnXY[1], (platform::Point{120, 420}));
+    EXPECT_EQ(h.reader.BtnXY[10], (platform::Point{120 + 4 * 28, 446}));
+    EXPECT_EQ(h.reader.BtnXY[14], (platform::Point{120 + 3 * 28, 472}));
+    EXPECT_EQ(h.reader.BtnXY[15], platform::Point{});
+    // Without the fourth word after 13 the panel is not recognised.
+    platform::Image cut = img;
+    cut.FillRect(120 + 3 * 28, 470, 250, 490, kBack);
+    Hand hc(cut);
+    EXPECT_EQ(hc.reader.GetBoardStat(0), 0);
+    EXPECT_EQ(hc.reader.BtnXY[6], (platform::Point{120, 446}));
+}
+
+TEST(ReadWordsByHand, GapsPunctuationAndShortTexts) {
+    platform::SimDesktop desk;
+    platform::VirtualClock clock;
+    reading::Capture cap(desk, clock);
+    reading::GlyphTable glyphs;
+    reading::WinTitles titles;
+    reading::TableReader reader(cap, glyphs, titles);
+    reader.SelectReadingFont();
+    auto band = [&](const std::vector<std::string>& parts) {
+        // parts: hex shapes, or "_n" for n blank columns.
+        std::vector<std::uint16_t> cols;
+        for (const auto& p : parts) {
+            if (p[0] == '_') {
+                cols.insert(cols.end(), static_cast<std::size_t>(std::stoi(p.substr(1))), 0);
+                continue;
+            }
+            for (std::size_t i = 0; i + 3 <= p.size(); i += 3) cols.push_back(static_cast<std::uint16_t>(std::stoi(p.substr(i, 3), nullptr, 16)));
+        }
+        cap.LineBMP.Dim(0, static_cast<int>(cols.size()) + 3);
+        for (std::size_t i = 0; i < cols.size(); ++i) cap.LineBMP[static_cast<int>(i) + 1] = cols[i];
+        cap.LineBMP[cap.LineBMP.hi] = reading::kEndMark;
+    };
+    const std::string a = "0981241241280FC", b = "7FC0881041040F8", und = "001001001001001001001", dot = "004000";
+    band({a, "_1", b, "_1", a, "_6", kDigits[1], "_1", kDigits[2]});
+    std::vector<std::int32_t> starts;
+    EXPECT_EQ(reader.ReadWords(1, 1, 5, &starts), "aba,12");
+    EXPECT_EQ(starts, (std::vector<std::int32_t>{1, 24}));
+    band({a, "_1", b, "_1", a, "_5", kDigits[1], "_1", kDigits[2]});
+    EXPECT_EQ(reader.ReadWords(1, 1, 5), "aba12");
+    band({und, "_1", dot, a, "_1", und, "_1", b, "_1", a});
+    EXPECT_EQ(reader.ReadWords(1, 1, 5), "a_ba");
+    band({a, "_1", b, "_1", a});
+    EXPECT_EQ(reader.ReadWords(1, 1, 5), "");  // three characters
+    // The length is taken before the trailing "," goes.
+    band({a, "_1", b, "_1", a, "_9"});
+    EXPECT_EQ(reader.ReadWords(1, 1, 5), "aba");
+    // The skip count moves the start past the first columns.
+    band({a, "_1", b, "_1", a, "_1", b, "_1", a});
+    EXPECT_EQ(reader.ReadWords(1, 7, 5), "baba");
+    EXPECT_EQ(reader.ReadWords(1, 8, 5), "");
+}
