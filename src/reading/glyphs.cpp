@@ -347,20 +347,39 @@ std::string GlyphTable::ReadText(const LineBmp& line, std::int32_t& p) const {
 
 namespace {
 
-// Does the glyph text g continue the target at character k?
-bool Continues(const std::vector<std::string>& target, std::size_t k, const std::string& g) {
-    const auto gc = SplitChars(g);
-    if (gc.empty() || k + gc.size() > target.size()) return false;
-    for (std::size_t i = 0; i < gc.size(); ++i)
-        if (target[k + i] != gc[i]) return false;
-    return true;
+// A target text with the byte offset of each character, so glyph names are
+// compared in place without splitting them.
+struct Chars {
+    std::string_view text;
+    std::vector<std::size_t> off;  // n + 1 entries
+    explicit Chars(std::string_view t) : text(t) {
+        for (std::size_t i = 0; i < t.size(); ++i)
+            if ((static_cast<unsigned char>(t[i]) & 0xC0) != 0x80) off.push_back(i);
+        off.push_back(t.size());
+    }
+    std::size_t size() const { return off.size() - 1; }
+    // Does g, of n characters, stand at character k?
+    bool At(std::size_t k, const std::string& g, std::size_t n) const {
+        if (n == 0 || k + n > size()) return false;
+        const std::size_t len = off[k + n] - off[k];
+        if (len != g.size()) return false;
+        if (len == 1) return text[off[k]] == g[0];
+        return text.compare(off[k], len, g) == 0;
+    }
+};
+
+std::size_t CharCount(const std::string& g) {
+    std::size_t n = 0;
+    for (char c : g)
+        if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) ++n;
+    return n;
 }
 
 }  // namespace
 
 std::int32_t GlyphTable::FindText(const LineBmp& line, std::int32_t start, std::string_view target) const {
-    const auto t = SplitChars(target);
-    if (t.empty()) return 0;
+    const Chars t(target);
+    if (t.size() == 0) return 0;
     std::int32_t p = std::max(start, line.lo + 1);
     std::size_t k = 0;
     while (p < line.hi) {
@@ -370,12 +389,12 @@ std::int32_t GlyphTable::FindText(const LineBmp& line, std::int32_t start, std::
             continue;
         }
         const std::string g = GlyphMatch(line, v, p);
-        const std::size_t n = SplitChars(g).size();
-        if (Continues(t, k, g)) {
+        const std::size_t n = CharCount(g);
+        if (t.At(k, g, n)) {
             k += n;
         } else {
             // The shape that broke the match may begin it again.
-            k = Continues(t, 0, g) ? n : 0;
+            k = t.At(0, g, n) ? n : 0;
         }
         if (k == t.size()) return p;
     }
@@ -415,8 +434,8 @@ std::string GlyphTable::DigitMatch(const LineBmp& line, std::uint16_t v, std::in
 
 std::int32_t GlyphTable::ReadNumber(const LineBmp& line, std::string_view label, std::string& text) const {
     if (!DigitsOn) return 0;
-    const auto lab = SplitChars(label);
-    if (lab.empty()) return 0;
+    const Chars lab(label);
+    if (lab.size() == 0) return 0;
     const std::uint16_t mask = Mask();
     std::int32_t p = line.lo + 1, start = 0;
     std::size_t k = 0;
@@ -428,11 +447,12 @@ std::int32_t GlyphTable::ReadNumber(const LineBmp& line, std::string_view label,
         }
         const std::int32_t q = p;
         const std::string ch = DigitMatch(line, line[p], p, 0);
-        if (k < lab.size() && ch == lab[k]) {
+        const std::size_t n = CharCount(ch);
+        if (n == 1 && lab.At(k, ch, 1)) {
             ++k;
         } else {
             // The shape that broke the match may begin the label again.
-            k = ch == lab[0] ? 1 : 0;
+            k = n == 1 && lab.At(0, ch, 1) ? 1 : 0;
         }
         if (k > 0 && start == 0) start = q;
         if (k == lab.size()) {
