@@ -75,16 +75,6 @@ TEST(DealRecordFile, WritesTheExactBytesAndReadsThemBack) {
     EXPECT_EQ(back.ScoreRows[0][2], -41);
 }
 
-TEST(DealRecordFile, ReadsAFileWrittenWithBareLineFeeds) {
-    RecordDir d;
-    std::string lf = kSampleFile;
-    for (std::size_t at; (at = lf.find("\r\n")) != std::string::npos;) lf.erase(at, 1);
-    WriteBytes(d.dir.WorkFile("x.spd"), lf);
-    DealRecord back;
-    EXPECT_EQ(d.files.ReadRecordFile("x", back), ErrNone);
-    EXPECT_EQ(back, SampleDeal());
-}
-
 TEST(DealRecordFile, NumberingOnTheFifthOfMarch) {
     RecordDir d;
     // Entries of today seed the counter; another day's entry does not.
@@ -94,11 +84,6 @@ TEST(DealRecordFile, NumberingOnTheFifthOfMarch) {
     // The counter lives for the run: the box is not looked at again.
     EXPECT_EQ(d.files.WriteRecordFile(SampleDeal(), {"03_05_050"}), "03_05_009");
     EXPECT_EQ(d.files.Counter(), 10);
-}
-
-TEST(DealRecordFile, OnlyAnOtherDaysEntryStartsAtOne) {
-    RecordDir d;
-    EXPECT_EQ(d.files.WriteRecordFile(SampleDeal(), {"02_28_004", "notes", ""}), "03_05_001");
 }
 
 TEST(DealRecordFile, SkipsNamesTakenOnDiskInAnyLetterCase) {
@@ -122,8 +107,6 @@ TEST(DealRecordFile, TheDateOfTheFirstWriteHoldsForTheRun) {
 TEST(DealRecordFile, SequenceNumbersPastThreeDigitsAreWrittenInFull) {
     RecordDir d;
     EXPECT_EQ(d.files.WriteRecordFile(SampleDeal(), {"03_05_999"}), "03_05_1000");
-    EXPECT_EQ(DatePart(12, 31), "12_31_");
-    EXPECT_EQ(DatePart(1, 2), "01_02_");
 }
 
 TEST(DealRecordFile, TruncatedFilesGiveError62AndKeepWhatWasRead) {
@@ -275,11 +258,3 @@ TEST(DealRecordFile, LoadRecordStartsEmptyAndSparesTheMarkerOnlyOnline) {
     EXPECT_TRUE(d.files.MarkerExists());
 }
 
-TEST(DealRecordFile, CreatesTheWorkFolderWhenMissing) {
-    TempDir dir;
-    std::filesystem::remove_all(dir.Work());
-    platform::VirtualClock clock{March5()};
-    RecordFiles files{clock, dir.Folders(), core::kCodePageWestern};
-    EXPECT_EQ(files.WriteRecordFile(SampleDeal(), {}), "03_05_001");
-    EXPECT_TRUE(Exists(dir.WorkFile("03_05_001.spd")));
-}
