@@ -395,3 +395,39 @@ TEST(GlyphDraw, DrawnTextReadsBackAndUnknownCharactersReadAsUnknown) {
     std::int32_t p = 1;
     EXPECT_EQ(g.ReadText(l, p), "???");
 }
+
+TEST(RenderedTable, ExampleSceneReadsLikeTheGamesOwnWindow) {
+    // The scene of the shared example window, drawn by the simulator: the
+    // readers must find the same positions as on the game's picture.
+    sim::TableView v;
+    v.Title = "Game: Spades - Table: Oak  Host: alice";
+    v.SeatNames = {"me_player", "lefty_one", "partner_x", "righty_two"};
+    v.Bids = {std::string(""), std::string("5"), std::string("N"), std::nullopt};
+    v.MyTurn = true;
+    v.Panel = 100;
+    v.TrickCards = 3;
+    v.Players = {{"river_rat", "1612"}, {"queen_of_h", "1544"}, {"bagmaster_3", "1702"}, {"slow_joe", "1390"}, {"watcher_99", "1455"}};
+    Rig r(v);
+    r.reader.ScanButtons();
+    r.reader.LocateBox();
+    r.reader.MakePlayerList();
+    std::array<std::string, 4> bids;
+    int status = -1;
+    r.reader.CaptureBid(bids, status);
+    EXPECT_EQ(r.reader.NameListTop, 419);
+    EXPECT_EQ(r.reader.TableNames.size(), 5u);
+    EXPECT_EQ(bids, (std::array<std::string, 4>{"", "5", "N", ""}));
+    EXPECT_EQ(r.reader.BidCount, 3);
+    EXPECT_EQ(r.reader.BidPos[1], (platform::Point{244, 375}));
+    EXPECT_EQ(r.reader.BidPos[0], (platform::Point{360, 333}));
+    EXPECT_EQ(r.reader.SubButtonXY[1], (platform::Point{80, 101}));
+    EXPECT_EQ(r.reader.SubButtonXY[2], (platform::Point{80, 127}));
+    EXPECT_EQ(r.reader.SubButtonXY[3], (platform::Point{68, 153}));
+    EXPECT_TRUE(r.reader.TestMyTurn());
+    EXPECT_EQ(r.reader.GetBoardStat(0), 100);
+    const std::array<platform::Point, 15> want = {{{0, 0},
+                                                   {120, 420}, {147, 420}, {175, 420}, {203, 420}, {231, 420},
+                                                   {119, 446}, {147, 446}, {175, 446}, {203, 446}, {229, 446},
+                                                   {118, 472}, {145, 472}, {173, 472}, {203, 472}}};
+    for (int b = 1; b <= 14; ++b) EXPECT_EQ(r.reader.BtnXY[static_cast<std::size_t>(b)], want[static_cast<std::size_t>(b)]) << b;
+}
