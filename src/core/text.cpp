@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <fstream>
 #include <limits>
 #include <system_error>
@@ -514,10 +515,19 @@ std::vector<std::string> SplitLines(std::string_view bytes) {
 
 bool ReadTextFile(const std::string& path, int codePage, std::vector<std::string>& lines) {
     lines.clear();
-    std::ifstream in(PathFromUtf8(path), std::ios::binary);
-    if (!in) return false;
-    std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    if (in.bad()) return false;
+    // A folder (or device) under the file's name is "no readable file", not
+    // an exception from the stream library.
+    std::error_code ec;
+    if (!std::filesystem::is_regular_file(PathFromUtf8(path), ec)) return false;
+    std::string bytes;
+    try {
+        std::ifstream in(PathFromUtf8(path), std::ios::binary);
+        if (!in) return false;
+        bytes.assign((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+        if (in.bad()) return false;
+    } catch (const std::exception&) {
+        return false;
+    }
     // Lines are cut before conversion: in the supported code pages CR and LF
     // never occur inside a character, and a bad byte then spoils one line only.
     lines = SplitLines(bytes);

@@ -230,6 +230,8 @@ TEST(TextFiles, FailuresAreReportedNotThrown) {
     std::vector<std::string> lines{"stale"};
     EXPECT_FALSE(ReadTextFile(dir.File("missing.txt"), 1252, lines));
     EXPECT_TRUE(lines.empty());
+    std::filesystem::create_directory(dir.Path() / "AFolder");
+    EXPECT_FALSE(ReadTextFile(dir.File("AFolder"), 1252, lines)) << "a folder reads as no file";
     EXPECT_FALSE(WriteTextFile(dir.File("no/such/folder/x.txt"), {"x"}, 1252));
     // A folder standing where the file should go is left alone.
     std::filesystem::create_directory(dir.Path() / "Taken");
