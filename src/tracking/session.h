@@ -1,0 +1,61 @@
+// One simulated session: the game simulator on a simulated desktop, the
+// companion reading it through its pixel readers, and its timer, all on one
+// virtual clock. The replay command, the demo, the scenario tests and the
+// benchmark run through it.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "core/json.h"
+#include "platform/clock.h"
+#include "platform/sim_desktop.h"
+#include "sim/scenario.h"
+#include "sim/sim_game_desktop.h"
+#include "tracking/companion.h"
+#include "tracking/pixel_readers.h"
+
+namespace tracking {
+
+class Session {
+public:
+    // `programFolder` is the companion's program folder (created if missing).
+    Session(const sim::Scenario& scenario, std::string programFolder);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    // Writes the scenario's settings lines to TarvelloS.INI and its alert
+    // lines to Alert.TXT of the program folder, in the system's code page.
+    bool WriteProgramFiles(std::string& error);
+    // Start-up of the companion, then the table opens and the game begins.
+    // False when the companion refused to start.
+    bool Start(bool openSubWindows = false);
+    // Lets virtual time run until the game has no more deals and the
+    // companion has filed every deal played (or `limitMs` of virtual time
+    // passed). True when it ran to its end.
+    bool Run(std::uint64_t limitMs = 4ull * 3600 * 1000);
+    // Lets virtual time run for ms.
+    void Advance(std::uint32_t ms) { Clock.Wait(ms); }
+
+    int DealsPlayed() const;  // score lines the game added
+    int GamesPlayed() const;  // games the game finished
+    bool GameFinished() const { return Game.Game().State().finished; }
+
+    sim::Scenario Scenario;
+    std::string ProgramFolder;
+    platform::VirtualClock Clock;
+    platform::SimDesktop Desktop;
+    sim::SimGameDesktop Game;
+
+    Companion App;
+    PixelReaders Readers;
+    VirtualTimer Timer;
+};
+
+// The JSON Lines of a filed deal and of a finished game, as replay prints them.
+core::Json FiledDealJson(int deal, const FiledDeal& d);
+core::Json GameOverJson(const scoring::ScoreRows::Row& score);
+
+}  // namespace tracking
