@@ -72,11 +72,17 @@ int Session::GamesPlayed() const {
 
 bool Session::Run(std::uint64_t limitMs) {
     const std::uint64_t start = Clock.Elapsed();
+    std::uint64_t finishedAt = 0;
     while (Clock.Elapsed() - start < limitMs) {
         if (App.Ended) return false;
-        if (GameFinished() && App.FiledCount >= DealsPlayed() && !App.InHandCapture) {
-            Clock.Wait(1000);
-            return true;
+        if (GameFinished()) {
+            if (finishedAt == 0) finishedAt = Clock.Elapsed();
+            if (App.FiledCount >= DealsPlayed() && !App.InHandCapture) {
+                Clock.Wait(1000);
+                return true;
+            }
+            // The last capture comes a few seconds after the last score line.
+            if (Clock.Elapsed() - finishedAt > kGraceMs) return false;
         }
         Clock.Wait(1000);
     }

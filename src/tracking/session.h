@@ -36,6 +36,8 @@ public:
     // companion has filed every deal played (or `limitMs` of virtual time
     // passed). True when it ran to its end.
     bool Run(std::uint64_t limitMs = 4ull * 3600 * 1000);
+    // Virtual time the companion gets after the game's last deal.
+    static constexpr std::uint64_t kGraceMs = 120000;
     // Lets virtual time run for ms.
     void Advance(std::uint32_t ms) { Clock.Wait(ms); }
 
