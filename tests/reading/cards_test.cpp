@@ -290,8 +290,8 @@ TEST(CaptHandTest, ReadsNamesCardsAndMarks) {
     x = Plot(img, 106, 28, k1, kRed) + 1;
     x = Plot(img, x, 28, k0, kRed) + 1;
     Plot(img, x, 28, kH, kRed);
-    // Line 1: a leading "~" is dropped; line 2 has no name.
-    Plot(img, 4, 44, std::string(kTilde) + "000" + kA);
+    // Line 1: a leading "~" and a trailing unknown shape are dropped; line 2 has no name.
+    Plot(img, 4, 44, std::string(kTilde) + "000" + kA + "000" + kParen);
     auto h = r.Show(kSubLastHand, img, 40, 30);
     HandRead hand;
     ASSERT_EQ(r.reader.CaptHand(hand), 0);

@@ -290,13 +290,15 @@ TEST(ScoreRoundTripTest, TwentyLinesWithNegativeScores) {
         v.Lines.push_back({us, static_cast<int>(rng() % 10), -static_cast<int>(rng() % 300) + (i == 3 ? 0 : 1),
                            static_cast<int>(rng() % 10)});
     }
-    Rig r;
-    r.Show(kSubScore, sim::RenderScoreWindow(v, r.glyphs));
-    ScoreLines lines;
-    ASSERT_EQ(r.score.CaptScore(lines), 0);
-    ASSERT_EQ(lines.Count, 20);
-    for (int n = 1; n <= 20; ++n)
-        EXPECT_EQ(lines.Line[static_cast<std::size_t>(n)], v.Lines[static_cast<std::size_t>(n - 1)]) << "line " << n;
+    for (int lang : kSiteLanguages) {
+        Rig r(lang);
+        r.Show(kSubScore, sim::RenderScoreWindow(v, r.glyphs));
+        ScoreLines lines;
+        ASSERT_EQ(r.score.CaptScore(lines), 0) << "language " << lang;
+        ASSERT_EQ(lines.Count, 20);
+        for (int n = 1; n <= 20; ++n)
+            EXPECT_EQ(lines.Line[static_cast<std::size_t>(n)], v.Lines[static_cast<std::size_t>(n - 1)]) << "line " << n;
+    }
 }
 
 TEST(ScoreRoundTripTest, ZeroScoresWithBagsAreOverwrittenByTheNextLine) {
