@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdio>
 
 #include "core/text.h"
 
@@ -115,15 +116,15 @@ void TableReader::LocateBox() {
         SetBox(c->Left, c->Top);
     } else {
         bool found = false;
-        for (BoxTries = 1; BoxTries <= kBoxSearchTries; ++BoxTries) {
+        for (BoxTries = 1; BoxTries <= BoxSearchTries; ++BoxTries) {
             if (SearchBox(w)) {
                 found = true;
                 break;
             }
-            if (BoxTries < kBoxSearchTries) cap_.Clock().Wait(kSearchPauseMs);
+            if (BoxTries < BoxSearchTries) cap_.Clock().Wait(kSearchPauseMs);
         }
         if (!found) {
-            BoxTries = kBoxSearchTries;
+            BoxTries = BoxSearchTries;
             prevWidth_ = w;
             return;
         }
@@ -261,7 +262,12 @@ int TableReader::CountAlnum(const std::string& text) {
 
 void TableReader::MakePlayerList() {
     if (cap_.GameWindow == 0) return;
-    if (cap_.Trace) cap_.Trace(" MakePlayerList " + std::to_string(cap_.GameWindow));
+    if (cap_.Trace) {
+        const platform::LocalTime t = cap_.Clock().Now();
+        char stamp[80];
+        std::snprintf(stamp, sizeof stamp, "%04d/%02d/%02d %02d:%02d:%02d", t.Year, t.Month, t.Day, t.Hour, t.Minute, t.Second);
+        cap_.Trace(std::string(stamp) + " MakePlayerList " + std::to_string(cap_.GameWindow));
+    }
     platform::Rect wr;
     if (!GameRect(wr)) return;
     if (BoxLeft == 0) LocateBox();

@@ -51,6 +51,7 @@ public:
     std::int32_t BoxLeft = 0, BoxTop = 0, BoxRight = 0, BoxBottom = 0, BoxCenterX = 0, BoxCenterY = 0;
     std::int32_t NameListTop = 0;
     int BoxTries = 0;  // tries of the last search
+    int BoxSearchTries = kBoxSearchTries;  // tries before a search gives up
 
     // --- left column (ScanButtons) -------------------------------------------------
     std::array<platform::Point, ButtonSlotCount> SubButtonXY{};  // 1..5, (0,0) = not found
