@@ -431,3 +431,27 @@ TEST(RenderedTable, ExampleSceneReadsLikeTheGamesOwnWindow) {
                                                    {118, 472}, {145, 472}, {173, 472}, {203, 472}}};
     for (int b = 1; b <= 14; ++b) EXPECT_EQ(r.reader.BtnXY[static_cast<std::size_t>(b)], want[static_cast<std::size_t>(b)]) << b;
 }
+
+TEST(RenderedTable, LabelColumnsComeBackWithTheWindowWidth) {
+    sim::TableView v = Bidding(1);
+    Rig r(v);
+    std::array<std::string, 4> bids;
+    int status = -1;
+    r.reader.CaptureBid(bids, status);
+    r.reader.CaptureBid(bids, status);  // same width: the columns go into the cache
+    EXPECT_EQ(r.reader.BoxCache()[640 - 500].BidX[1], 244);
+
+    v.Width = 760;
+    r.Show(v);
+    r.reader.LocateBox();
+    EXPECT_EQ(r.reader.BidPos[1].X, r.reader.BoxLeft);  // a new width starts from the box edges
+    EXPECT_EQ(r.reader.BidPos[0].X, r.reader.BoxCenterX);
+
+    v.Width = 640;
+    r.Show(v);
+    const int captures = r.desk.CaptureCount();
+    r.reader.LocateBox();
+    EXPECT_EQ(r.desk.CaptureCount(), captures);
+    EXPECT_EQ(r.reader.BidPos[1].X, 244);
+    EXPECT_EQ(r.reader.BidPos[0].X, 360);
+}
