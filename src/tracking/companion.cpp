@@ -510,7 +510,7 @@ players::TableAccess Companion::TableAccessNow() {
     t.BoardShown = frmBoard.Visible;
     t.Names = &TableNames;
     t.ReadPlayerList = [this](players::TableNames& names) {
-        readers_.ReadTableInfo(Table);
+        readers_.ReadPlayerList(Table);
         names.Names = Table.PlayerList;
         names.Read = static_cast<std::int32_t>(Table.PlayerList.size());
         frmZ.cntPlayers.Caption = Num(names.Read);
@@ -545,9 +545,10 @@ void Companion::GetSubWindows() {
     readers_.SetGameWindow(GameWindow, GameLanguage);
     readers_.ReadTableInfo(Table);
     if (Table.GameLanguage != 0) GameLanguage = Table.GameLanguage;
-    UpdateTableNames();
     const bool newTable = Table.BoxFound && (GameWindow != lastTableWindow_ || !NewTableSeen);
     if (newTable) {
+        readers_.ReadPlayerList(Table);
+        UpdateTableNames();
         NewTableSeen = true;
         lastTableWindow_ = GameWindow;
         frmZ.Caption = reading::TableCaption(kProgramCaption, TableTitle);

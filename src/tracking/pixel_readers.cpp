@@ -15,6 +15,7 @@ void PixelReaders::SetGameWindow(platform::WindowHandle h, int gameLanguage) {
         window_ = h;
         language_ = 0;
         lastCounts_ = {};
+        scannedRect_ = {};
     }
     if (gameLanguage != language_) {
         language_ = gameLanguage;
@@ -28,7 +29,19 @@ void PixelReaders::ReadTableInfo(TableInfo& info) {
     table_->LocateBox();
     info.BoxFound = table_->BoxLeft != 0 || table_->BoxTop != 0;
     info.Box = {table_->BoxLeft, table_->BoxTop, table_->BoxRight, table_->BoxBottom};
-    table_->ScanButtons();
+    // The buttons stay where they are while the table window does.
+    bool known = true;
+    for (int k = 1; k <= 3; ++k) {
+        const platform::Point p = table_->SubButtonXY[static_cast<std::size_t>(k)];
+        known = known && (p.X != 0 || p.Y != 0);
+    }
+    platform::Rect wr;
+    cap_.Desktop().GetWindowRect(cap_.GameWindow, wr);
+    if (!known || !(wr == scannedRect_)) {
+        table_->SubButtonXY = {};
+        table_->ScanButtons();
+        scannedRect_ = wr;
+    }
     for (int k = 1; k <= 3; ++k) info.ButtonXY[static_cast<std::size_t>(k)] = table_->SubButtonXY[static_cast<std::size_t>(k)];
     info.DNilPassTable = table_->DNilPassTable;
     info.SuicideTable = table_->SuicideTable;
@@ -38,6 +51,9 @@ void PixelReaders::ReadTableInfo(TableInfo& info) {
         table_->SelectReadingFont();
     }
     info.GameLanguage = table_->GameLanguage;
+}
+
+void PixelReaders::ReadPlayerList(TableInfo& info) {
     table_->MakePlayerList();
     info.PlayerList = table_->TableNames;
     if (static_cast<int>(info.PlayerList.size()) > table_->TableNamesRead && table_->TableNamesRead >= 0)

@@ -20,6 +20,7 @@ public:
 
     void SetGameWindow(platform::WindowHandle h, int gameLanguage) override;
     void ReadTableInfo(TableInfo& info) override;
+    void ReadPlayerList(TableInfo& info) override;
     int CaptureBid(Bids4& bids, int& bidCount, int& bidLocCount) override;
     int CaptureTricks(TrickReading& out) override;
     bool ReadLastTrick(std::array<std::string, 4>& cards, int& cardsSeen) override;
@@ -43,6 +44,7 @@ private:
     platform::WindowHandle window_ = 0;
     int language_ = 0;
     std::array<int, 4> lastCounts_{};
+    platform::Rect scannedRect_{};
 };
 
 // Tricks positions of the table (0 lower left, 1 upper left, 2 upper right,

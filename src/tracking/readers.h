@@ -54,7 +54,10 @@ public:
 
     // The game window changed (new handle or gone): forget cached boxes.
     virtual void SetGameWindow(platform::WindowHandle h, int gameLanguage) = 0;
+    // The table box and the buttons of the left column (scanned until found).
     virtual void ReadTableInfo(TableInfo& info) = 0;
+    // The player list below the table into info.PlayerList.
+    virtual void ReadPlayerList(TableInfo& info) = 0;
     // Result codes as the bid reader defines them: 0 a deal begins (no bid
     // yet, wait prompt gone), 2/4 and 11-13, 19 reading states; Bids by
     // table position (positions relative to the seat map in force).

@@ -67,10 +67,11 @@ sim::TableRenderer RenderedTable() {
         if (!same && ctx.Glyphs) {
             const platform::Image full = sim::RenderTableWindow(v, *ctx.Glyphs);
             pic.Client = platform::Image(ctx.ClientWidth, ctx.ClientHeight);
-            for (int y = 0; y < ctx.ClientHeight; ++y)
-                for (int x = 0; x < ctx.ClientWidth; ++x)
-                    pic.Client.Pixels[static_cast<std::size_t>(y * ctx.ClientWidth + x)] =
-                        full.Pixels[static_cast<std::size_t>((y + kInsetTop) * full.Width + x + kInsetLeft)];
+            for (int y = 0; y < ctx.ClientHeight; ++y) {
+                const auto src = full.Pixels.begin() + static_cast<std::ptrdiff_t>((y + kInsetTop) * full.Width + kInsetLeft);
+                std::copy(src, src + ctx.ClientWidth,
+                          pic.Client.Pixels.begin() + static_cast<std::ptrdiff_t>(y * ctx.ClientWidth));
+            }
             *last = v;
             *drawn = true;
         }

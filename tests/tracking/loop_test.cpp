@@ -1,0 +1,496 @@
+// The loop and the deal steps against a scripted reader: deadlines, the
+// pause, the trick turnover, the winner bookkeeping, the capture driver's
+// retries and codes.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "core/text.h"
+#include "platform/clock.h"
+#include "platform/sim_desktop.h"
+#include "tracking/companion.h"
+
+namespace {
+
+using tracking::Companion;
+
+struct FakeReaders final : tracking::GameReaders {
+    tracking::TableInfo info;
+    int bidCode = 12;
+    tracking::Bids4 bids;
+    int bidCount = 0;
+    tracking::TrickReading trick;
+    std::vector<tracking::ScoreLine> score;
+    int scoreCode = 0;
+    int scoreCalls = 0, handCalls = 0, bidCalls = 0;
+    std::vector<reading::HandRead> hands;  // one per CaptHand call; the last repeats
+    std::vector<int> handCodes;
+    bool myTurn = false;
+    int board = 0;
+    tracking::ButtonTable boardXY{};
+
+    void SetGameWindow(platform::WindowHandle, int) override {}
+    void ReadTableInfo(tracking::TableInfo& i) override { i = info; }
+    void ReadPlayerList(tracking::TableInfo& i) override { i.PlayerList = info.PlayerList; }
+    int CaptureBid(tracking::Bids4& b, int& n, int& loc) override {
+        ++bidCalls;
+        b = bids;
+        n = bidCount;
+        loc = 4;
+        return bidCode;
+    }
+    int CaptureTricks(tracking::TrickReading& out) override {
+        out = trick;
+        return 0;
+    }
+    bool ReadLastTrick(std::array<std::string, 4>&, int&) override { return false; }
+    int CaptScore(std::vector<tracking::ScoreLine>& lines) override {
+        ++scoreCalls;
+        lines = score;
+        return scoreCode;
+    }
+    int CaptHand(reading::HandRead& out) override {
+        const std::size_t i = static_cast<std::size_t>(handCalls++);
+        if (!hands.empty()) out = hands[std::min(i, hands.size() - 1)];
+        return handCodes.empty() ? 0 : handCodes[std::min(i, handCodes.size() - 1)];
+    }
+    int GetBoardStat(tracking::ButtonTable& xy) override {
+        xy = boardXY;
+        return board;
+    }
+    bool TestMyTurn() override { return myTurn; }
+    std::vector<std::string> RatingLines() override { return {}; }
+    void NewDeal() override {}
+};
+
+reading::HandRead SomeHand(const std::string& northName) {
+    reading::HandRead h;
+    h.Names = {northName, "east_p", "south_p", "west_p"};
+    const char* ranks = "23456789TJQKA";
+    const char* suits = "CDHS";
+    for (int s = 0; s < 4; ++s)
+        for (int t = 0; t < 13; ++t) h.Cards[s][t] = std::string(1, ranks[t]) + suits[s];
+    for (int t = 0; t < 13; ++t) h.Marks[0][t] = 1;  // North leads every trick
+    return h;
+}
+
+class LoopTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        home = (std::filesystem::temp_directory_path() /
+                ("tarvellos_loop_" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name())))
+                   .string();
+        std::filesystem::remove_all(home);
+        std::filesystem::create_directories(home);
+    }
+    void TearDown() override { std::filesystem::remove_all(home); }
+
+    void Settings(std::vector<std::string> lines) {
+        core::WriteTextFile(core::JoinPath(home, core::kSettingsFile), lines, 1252);
+    }
+
+    // Start-up, a table window, one window pass on-line.
+    void Boot(bool withSubWindows = true) {
+        app = std::make_unique<Companion>(desk, clock, core::Folders{home, "Work"}, fake);
+        app->CheckArchive = false;
+        ASSERT_TRUE(app->Form_Load());
+        table = desk.AddWindow("Yahoo! Games: Game: Spades Table: Oak Host: alice", {0, 0, 615, 700});
+        if (withSubWindows) {
+            lastTrick = desk.AddWindow("Last Trick", {700, 0, 900, 200});
+            lastHand = desk.AddWindow("Last Hand", {700, 300, 900, 500});
+            score = desk.AddWindow("Spades Score", {700, 600, 900, 800});
+        }
+        fake.info.BoxFound = true;
+        fake.info.Box = {236, 247, 471, 396};
+        app->Timer1_Timer();
+        ASSERT_EQ(app->OnlineMode, 1);
+    }
+
+    std::string home;
+    platform::VirtualClock clock{platform::LocalTime{2026, 3, 5, 21, 0, 0}};
+    platform::SimDesktop desk{1280, 1024};
+    FakeReaders fake;
+    std::unique_ptr<Companion> app;
+    platform::WindowHandle table = 0, lastTrick = 0, lastHand = 0, score = 0;
+};
+
+TEST_F(LoopTest, FirstOnlineTickOnlySwitchesTheInterval) {
+    Settings({"MyYahooID = me", "BidTrickCounter = (*,0),(*,0)"});
+    app = std::make_unique<Companion>(desk, clock, core::Folders{home, "Work"}, fake);
+    app->CheckArchive = false;
+    ASSERT_TRUE(app->Form_Load());
+    EXPECT_EQ(app->TimerInterval, 1000);
+    EXPECT_TRUE(app->TimerEnabled);
+    desk.AddWindow("Game: Spades Table: Oak Host: alice", {0, 0, 615, 700});
+    desk.AddWindow("Last Hand", {700, 300, 900, 500});
+    desk.AddWindow("Spades Score", {700, 600, 900, 800});
+    fake.info.BoxFound = true;
+    // The tick that goes on-line is the first on-line tick: it only switches the interval.
+    app->SlotDue[tracking::SlotBidWatch] = clock.TickCount() - 5000;
+    app->Timer1_Timer();
+    EXPECT_EQ(app->OnlineMode, 1);
+    EXPECT_EQ(app->TickCount, 1);
+    EXPECT_EQ(app->TimerInterval, 500);
+    EXPECT_EQ(fake.bidCalls, 0);
+    app->SlotDue[tracking::SlotBidWatch] = clock.TickCount() - 5000;
+    app->Timer1_Timer();
+    EXPECT_EQ(fake.bidCalls, 1);
+}
+
+TEST_F(LoopTest, SlotRunsOnlyWhenTheTickIsStrictlyPastItsDueTime) {
+    Settings({"MyYahooID = me"});
+    Boot();
+    app->Timer1_Timer();  // TickCount 1
+    const std::uint32_t now = clock.TickCount();
+    app->SlotDue[tracking::SlotBidWatch] = now;
+    app->Timer1_Timer();
+    EXPECT_EQ(fake.bidCalls, 0) << "due == TickStart must not run";
+    clock.Advance(1);
+    app->Timer1_Timer();
+    EXPECT_EQ(fake.bidCalls, 1);
+}
+
+TEST_F(LoopTest, BusyFlagsTurnTheTickAway) {
+    Settings({});
+    Boot();
+    app->InBidStep = true;
+    const int before = app->TickCount;
+    app->Timer1_Timer();
+    EXPECT_EQ(app->TickCount, before);
+    app->InBidStep = false;
+    app->GameMinimised = 1;
+    app->Timer1_Timer();
+    EXPECT_EQ(app->TickCount, before);
+    app->GameMinimised = 0;
+    app->Timer1_Timer();
+    EXPECT_EQ(app->TickCount, before + 1);
+}
+
+TEST_F(LoopTest, PauseFreezesTheCaptureDeadlineAndResumeShiftsIt) {
+    Settings({"MyYahooID = me"});
+    Boot();
+    app->Timer1_Timer();
+    app->Timer1_Timer();
+    app->SlotArmed[tracking::SlotHand] = true;
+    app->SlotDue[tracking::SlotHand] = clock.TickCount() + 4000;
+    app->SlotDue[tracking::SlotBidWatch] = clock.TickCount() + 4000;
+    app->cmdTimer_Click();
+    EXPECT_EQ(app->frmZ.cmdTimer.Caption, "0");
+    clock.Advance(60000);
+    app->Timer1_Timer();
+    EXPECT_EQ(app->frmZ.cmdTimer.Caption, "60");
+    EXPECT_EQ(fake.scoreCalls, 0) << "nothing runs while paused";
+    app->cmdTimer_Click();
+    EXPECT_EQ(app->frmZ.cmdTimer.Caption, "Pause");
+    EXPECT_EQ(app->SlotDue[tracking::SlotHand], clock.TickCount() + 4000);
+    // Slot 4 is not shifted: it stays where it was.
+    EXPECT_LT(static_cast<std::int32_t>(app->SlotDue[tracking::SlotBidWatch] - clock.TickCount()), 0);
+}
+
+TEST_F(LoopTest, PauseAlarmAtTwoAndThreeMinutes) {
+    Settings({});
+    Boot();
+    app->cmdTimer_Click();
+    auto alarmsAt = [&](int secs) {
+        const int before = app->frmZ.VisualAlarms;
+        clock.Advance(static_cast<std::uint32_t>(secs * 1000) - (clock.TickCount() - app->PausedAt));
+        app->Timer1_Timer();
+        return app->frmZ.VisualAlarms - before;
+    };
+    EXPECT_EQ(alarmsAt(119), 0);
+    EXPECT_EQ(alarmsAt(120), 1);
+    EXPECT_EQ(alarmsAt(121), 0);
+    EXPECT_EQ(alarmsAt(180), 1);
+}
+
+TEST_F(LoopTest, GetWinnerNamesTheRisingPositionAndBooksABrokenNil) {
+    Settings({});
+    Boot();
+    app->TrickCounts = {2, 1, 0, 3};
+    app->Bids = {"3", "N", "4", "2"};
+    EXPECT_EQ(app->GetWinner({2, 2, 0, 3}), 1);
+    EXPECT_EQ(app->NilBroken[1], 1);
+    EXPECT_EQ(app->TrickCounts, (std::array<int, 4>{2, 2, 0, 3}));
+    app->Bids = {"D", "N", "4", "2"};
+    EXPECT_EQ(app->GetWinner({3, 2, 0, 4}), 3) << "a later position overrides an earlier one";
+    EXPECT_EQ(app->NilBroken[0], 2);
+    EXPECT_EQ(app->GetWinner({3, 2, 0, 4}), -1);
+}
+
+TEST_F(LoopTest, TrickNumberTurnoverEndsTheDeal) {
+    Settings({"MyYahooID = me", "BidTrickCounter = (*,0),(*,0)"});
+    Boot();
+    fake.score = {{50, 1, 30, 2}};
+    fake.hands = {SomeHand("me")};
+    auto step = [&](int prev, int t, bool isNew = true) {
+        app->SlotArmed[tracking::SlotHand] = true;
+        app->PrevTrickCount = prev;
+        fake.trick = {};
+        fake.trick.TrickNumber = t;
+        fake.trick.IsNew = isNew;
+        fake.trick.NoTrick = false;
+        const int before = fake.scoreCalls;
+        app->TrickStep();
+        return fake.scoreCalls > before;
+    };
+    EXPECT_TRUE(step(12, 3));
+    EXPECT_FALSE(step(2, 3));
+    EXPECT_FALSE(step(-1, 0));
+    EXPECT_TRUE(step(5, 0));
+    EXPECT_FALSE(step(12, 3, false)) << "the plain form only ends on a new trick";
+    EXPECT_FALSE(step(9, 3)) << "a fall from below 10 is not the next deal";
+}
+
+TEST_F(LoopTest, TricksElevenAndTwelveBringTheCaptureForward) {
+    Settings({"BidTrickCounter = (*,0),(*,0)"});
+    Boot();
+    app->SlotArmed[tracking::SlotHand] = true;
+    app->SlotDue[tracking::SlotHand] = clock.TickCount() + 10000;
+    app->PrevTrickCount = 10;
+    fake.trick.TrickNumber = 11;
+    app->TrickStep();
+    EXPECT_EQ(app->SlotDue[tracking::SlotHand], clock.TickCount() + 3000);
+    fake.trick.TrickNumber = 12;
+    app->TrickStep();
+    EXPECT_EQ(app->SlotDue[tracking::SlotHand], clock.TickCount() + 2000);
+    EXPECT_EQ(app->SlotDue[tracking::SlotTrick], clock.TickCount() + 800);
+}
+
+TEST_F(LoopTest, BidStepSchedulesByTheNumberOfBids) {
+    Settings({});
+    Boot();
+    for (int i = 0; i < 4; ++i) app->Timer1_Timer();
+    fake.bidCode = 0;
+    const std::array<std::pair<int, std::uint32_t>, 3> cases{{{1, 2000}, {2, 1500}, {3, 800}}};
+    for (auto [n, due] : cases) {
+        fake.bidCount = n;
+        fake.bids = {};
+        for (int p = 0; p < n; ++p) fake.bids[p] = std::to_string(p + 1);
+        app->BidStep(1);
+        EXPECT_EQ(app->SlotDue[tracking::SlotBidWatch], clock.TickCount() + due) << n << " bids";
+    }
+    fake.bidCount = 4;
+    fake.bids = {"1", "2", "3", "4"};
+    app->BidStep(1);
+    EXPECT_FALSE(app->SlotArmed[tracking::SlotBidWatch]) << "four bids: the deal's play begins";
+    EXPECT_TRUE(app->SlotArmed[tracking::SlotHand]);
+    EXPECT_EQ(app->PrevTrickCount, -1);
+}
+
+TEST_F(LoopTest, TwoNilBidsWarnTwiceAndANilAlertsOnce) {
+    Settings({"AlertNilBids = yes"});
+    Boot();
+    fake.bidCode = 0;
+    fake.bidCount = 1;
+    fake.bids = {"3", "", "", ""};
+    app->BidStep(1);
+    fake.bidCount = 2;
+    fake.bids = {"N", "4", "", ""};
+    desk.ClearRecords();
+    app->BidStep(1);
+    EXPECT_EQ(desk.Sounds().size(), 1u) << "3 -> N alerts once";
+    fake.bidCount = 3;
+    fake.bids = {"N", "4", "2", ""};
+    desk.ClearRecords();
+    app->BidStep(1);
+    EXPECT_EQ(desk.Sounds().size(), 0u) << "a bid that stays N does not alert again";
+    fake.bidCount = 4;
+    fake.bids = {"N", "4", "2", "DP"};
+    desk.ClearRecords();
+    app->BidStep(1);
+    // One Nil alert for the new DP, then the two-Nil warning (two beeps).
+    EXPECT_EQ(desk.Sounds().size(), 3u);
+}
+
+TEST_F(LoopTest, CaptureReadsEmptyNamesTwiceThenGivesUp) {
+    Settings({"MyYahooID = me"});
+    Boot();
+    fake.score = {{50, 1, 30, 2}};
+    reading::HandRead empty;
+    fake.hands = {empty};
+    app->CaptureLastHand(0);
+    EXPECT_EQ(fake.handCalls, 2) << "attempts 1 and 5";
+    EXPECT_EQ(app->FiledCount, 0);
+    EXPECT_EQ(app->frmZ.cntBids.Caption, "9");
+}
+
+TEST_F(LoopTest, CaptureCodesAndTheirMessages) {
+    Settings({"MyYahooID = me", "BidTrickCounter = (*,0),(*,0)"});
+    Boot();
+    // Off-line: the "Hand" button does nothing.
+    app->OnlineMode = 2;
+    app->CaptureLastHand(0);
+    EXPECT_EQ(fake.scoreCalls, 0);
+    app->OnlineMode = 1;
+    // Automatic with slot 2 disarmed: nothing, and the due time stays.
+    app->SlotArmed[tracking::SlotHand] = false;
+    app->SlotDue[tracking::SlotHand] = 1234;
+    app->CaptureLastHand(1);
+    EXPECT_EQ(fake.scoreCalls, 0);
+    EXPECT_EQ(app->SlotDue[tracking::SlotHand], 1234u);
+    // The score window shows no new line: code 7, reported only by hand.
+    fake.score = {};
+    app->CaptureLastHand(0);
+    ASSERT_FALSE(app->ErrorLog.empty());
+    EXPECT_EQ(app->ErrorLog.back(), app->frmErrMsg.Text);
+    const std::size_t errors = app->ErrorLog.size();
+    app->SlotArmed[tracking::SlotHand] = true;
+    app->CaptureLastHand(1);
+    EXPECT_EQ(app->ErrorLog.size(), errors);
+    // A good capture files the deal; the same hands again are code 24.
+    fake.score = {{50, 1, 30, 2}};
+    fake.hands = {SomeHand("me")};
+    app->CaptureLastHand(0);
+    EXPECT_EQ(app->FiledCount, 1);
+    EXPECT_EQ(app->filBox.Entries.size(), 1u);
+    EXPECT_EQ(app->filBox.Entries[0], "03_05_001");
+    fake.score = {{50, 1, 30, 2}, {90, 2, 70, 3}};
+    app->CaptureLastHand(0);
+    EXPECT_EQ(app->FiledCount, 1);
+    EXPECT_GT(app->ErrorLog.size(), errors);
+    // Score reading failing five times: code 2 with its text.
+    fake.scoreCode = 2;
+    const int calls = fake.scoreCalls;
+    app->CaptureLastHand(0);
+    EXPECT_EQ(fake.scoreCalls - calls, 5);
+    EXPECT_EQ(app->ErrorLog.back(), "Error occurred in reading score.");
+}
+
+TEST_F(LoopTest, GameEndsAtTheGamePointWithDifferentScores) {
+    Settings({"MyYahooID = me", "BidTrickCounter = (*,0),(*,0)"});
+    Boot();
+    std::vector<scoring::ScoreRows::Row> over;
+    app->OnGameOver = [&](const scoring::ScoreRows::Row& r) { over.push_back(r); };
+    fake.hands = {SomeHand("me")};
+    fake.score = {{500, 0, 500, 0}};
+    app->CaptureLastHand(0);
+    EXPECT_TRUE(over.empty()) << "500 against 500 goes on";
+    reading::HandRead h = SomeHand("me");
+    std::swap(h.Cards[0][0], h.Cards[1][0]);
+    fake.hands = {h};
+    fake.score = {{500, 0, 500, 0}, {510, 1, 480, 3}};
+    desk.ClearRecords();
+    app->CaptureLastHand(0);
+    ASSERT_EQ(over.size(), 1u);
+    EXPECT_EQ(over[0], (scoring::ScoreRows::Row{510, 1, 480, 3}));
+    EXPECT_NE(std::find(desk.Sounds().begin(), desk.Sounds().end(), "SystemStart"), desk.Sounds().end());
+}
+
+TEST_F(LoopTest, MissingSubWindowIsReportedAndLookedForAgain) {
+    Settings({});
+    Boot(false);
+    app->TickCount = 20;
+    app->BidStep(1);
+    ASSERT_FALSE(app->ErrorLog.empty());
+    EXPECT_TRUE(app->RecheckRequested);
+    EXPECT_TRUE(app->RecheckSlots[tracking::SlotHand]);
+    // The window appears: the next window pass finds it and hides the error window.
+    desk.AddWindow("Last Hand", {700, 300, 900, 500});
+    app->WindowPass();
+    app->WindowPass();
+    EXPECT_FALSE(app->RecheckRequested);
+    EXPECT_FALSE(app->frmErrMsg.Visible);
+}
+
+TEST_F(LoopTest, MainWindowShrunkStopsTheLoop) {
+    Settings({});
+    Boot();
+    app->Form_Resize(20);
+    EXPECT_TRUE(desk.IsMinimized(table));
+    const int before = app->TickCount;
+    app->Timer1_Timer();
+    EXPECT_EQ(app->TickCount, before);
+    app->Form_Resize(400);
+    EXPECT_FALSE(desk.IsMinimized(table));
+    app->Timer1_Timer();
+    EXPECT_EQ(app->TickCount, before + 1);
+}
+
+TEST_F(LoopTest, ScoreButtonCycles) {
+    Settings({});
+    Boot();
+    EXPECT_EQ(app->frmZ.cmdScore.Caption, "Minimize");
+    app->frmZ.cmdScore.Caption = "Show Score";
+    app->cmdScore_Click();
+    EXPECT_EQ(app->frmZ.cmdScore.Caption, "Hide Score");
+    EXPECT_EQ(app->Settings.TopMostScoreWindow, 2);
+    app->cmdScore_Click();
+    EXPECT_EQ(app->frmZ.cmdScore.Caption, "Show Score");
+    EXPECT_TRUE(desk.IsMinimized(score));
+    app->cmdScore_Click();
+    EXPECT_EQ(app->frmZ.cmdScore.Caption, "Hide Score");
+}
+
+TEST_F(LoopTest, BoardClicksOnlyAllowedButtonsAndHidesAfterTheBid) {
+    Settings({"BiddingBoard = (10,10)"});
+    Boot();
+    fake.board = tracking::BoardOrdinary;
+    for (int i = 1; i <= 14; ++i) fake.boardXY[i] = {120 + 10 * i, 420};
+    app->CheckBoard();
+    EXPECT_TRUE(app->frmBoard.Visible);
+    EXPECT_EQ(app->BidState, -3);
+    desk.ClearRecords();
+    app->Btn_Click(12);
+    EXPECT_TRUE(desk.Clicks().empty()) << "bid 12 is never pressed for the user";
+    app->Btn_Click(3);  // mode 7 asks for a confirmation first
+    EXPECT_TRUE(desk.Clicks().empty());
+    EXPECT_EQ(app->frmBoard.Mode, tracking::BoardConfirm);
+    EXPECT_EQ(app->frmBoard.Btn[17].Caption, "3 OK ?");
+    // The panel goes away after the first click.
+    desk.OnClick([&](const platform::SimClick&) { fake.board = 0; });
+    app->Btn_Click(17);
+    ASSERT_EQ(desk.Clicks().size(), 1u);
+    EXPECT_EQ(desk.Clicks()[0].At, (platform::Point{150 + 2, 420 + 2}));
+    EXPECT_FALSE(app->frmBoard.Visible);
+    EXPECT_EQ(app->BidState, -4);
+    EXPECT_EQ(app->GetBoardStat(), 0) << "with BidState -4 the panel is not read";
+}
+
+TEST_F(LoopTest, SecondInstanceIsRefused) {
+    Settings({});
+    desk.SetPrevInstance(true);
+    app = std::make_unique<Companion>(desk, clock, core::Folders{home, "Work"}, fake);
+    app->CheckArchive = false;
+    EXPECT_FALSE(app->Form_Load());
+    EXPECT_TRUE(app->Ended);
+    EXPECT_FALSE(app->TimerEnabled);
+}
+
+TEST_F(LoopTest, GameWindowPlacementByScreenWidth) {
+    Settings({});
+    Boot();
+    platform::Rect r;
+    desk.GetWindowRect(table, r);
+    EXPECT_EQ(r, (platform::Rect{0, 0, 615, 700}));
+}
+
+TEST_F(LoopTest, NarrowScreenReducesTheGameWindow) {
+    desk.SetScreenSize(800, 600);
+    Settings({"Reduce SpadesWindow = 600"});
+    app = std::make_unique<Companion>(desk, clock, core::Folders{home, "Work"}, fake);
+    app->CheckArchive = false;
+    ASSERT_TRUE(app->Form_Load());
+    table = desk.AddWindow("Game: Spades Table: Elm Host: bob", {20, 30, 660, 580});
+    app->Timer1_Timer();
+    platform::Rect r;
+    desk.GetWindowRect(table, r);
+    EXPECT_EQ(r, (platform::Rect{-5, 25, 595, 575}));
+}
+
+TEST_F(LoopTest, GoingOfflineAndBack) {
+    Settings({});
+    Boot();
+    EXPECT_EQ(app->frmZ.Caption, "TarvelloS  2.5 Table: Oak [alice]");
+    desk.CloseWindow(table);
+    app->Timer1_Timer();
+    EXPECT_EQ(app->OnlineMode, 2);
+    EXPECT_EQ(app->frmZ.Caption, tracking::kProgramCaption);
+    for (bool armed : app->SlotArmed) EXPECT_FALSE(armed);
+    table = desk.AddWindow("Spiel: Spades Table: Oak Host: alice", {0, 0, 615, 700});
+    app->Timer1_Timer();
+    EXPECT_EQ(app->OnlineMode, 1);
+    EXPECT_EQ(app->GameLanguage, reading::LangGermany) << "the table title tells the site language";
+    EXPECT_TRUE(app->SlotArmed[tracking::SlotBidWatch]);
+}
+
+}  // namespace
