@@ -13,16 +13,25 @@ int CountSuit(const Hand& hand, int suit) {
 
 bool Has(const Hand& hand, Card c) { return std::find(hand.begin(), hand.end(), c) != hand.end(); }
 
-// A hand that is unlikely to take a trick: no aces, kings or queens and
-// only a few low spades.
+// A hand that is unlikely to take a trick: few high cards, none of them
+// unguarded, and only a few low spades.
 bool NilHand(const Hand& hand) {
     int spades = CountSuit(hand, kSpades);
     if (spades > 3) return false;
+    double risk = 0;
     for (Card c : hand) {
-        if (SuitOf(c) == kSpades && RankOf(c) > 9) return false;
-        if (RankOf(c) >= 12) return false;
+        int len = CountSuit(hand, SuitOf(c)), r = RankOf(c);
+        if (SuitOf(c) == kSpades) {
+            risk += r >= 12 ? 3 : r >= 10 ? 1.5 : r >= 8 ? 0.5 : 0;
+        } else if (r == 14) {
+            risk += 3;
+        } else if (r == 13) {
+            risk += len >= 4 ? 0.5 : 2;
+        } else if (r == 12) {
+            risk += len >= 4 ? 0.25 : 1;
+        }
     }
-    return true;
+    return risk <= 2;
 }
 
 // Does `c` beat `best` in a trick already led?
@@ -49,16 +58,16 @@ double EstimateTricks(const Hand& hand) {
     for (int suit = 0; suit < 3; ++suit) {
         int len = CountSuit(hand, suit);
         if (Has(hand, suit * 100 + 14)) est += 1;
-        if (Has(hand, suit * 100 + 13) && len >= 2) est += len >= 6 ? 0.5 : 0.9;
-        if (Has(hand, suit * 100 + 12) && len >= 3 && len <= 4) est += 0.4;
+        if (Has(hand, suit * 100 + 13) && len >= 2) est += len >= 6 ? 0.4 : 0.8;
+        if (Has(hand, suit * 100 + 12) && len >= 3 && len <= 4) est += 0.3;
         // Short suits let spades ruff.
-        if (spades >= 2 && len <= 1) est += len == 0 ? 0.8 : 0.5;
+        if (spades >= 3 && len <= 1) est += len == 0 ? 0.7 : 0.4;
     }
     if (Has(hand, 314)) est += 1;
     if (Has(hand, 313) && spades >= 2) est += 1;
     if (Has(hand, 312) && spades >= 3) est += 0.8;
     if (Has(hand, 311) && spades >= 4) est += 0.5;
-    if (spades > 3) est += spades - 3;
+    if (spades > 3) est += 0.9 * (spades - 3);
     return est;
 }
 
@@ -83,7 +92,7 @@ std::string ChooseBid(const BidView& view, std::mt19937& rng) {
         if (NilHand(view.hand) || EstimateTricks(view.hand) < 3.0) return "N";
         return numeric;
     }
-    if (!partnerNil && NilHand(view.hand)) {
+    if (!partnerNil && NilHand(view.hand) && EstimateTricks(view.hand) < 2.0) {
         if (view.doubleNilAllowed && rng() % 3 == 0) return "D";
         if (rng() % 4 != 0) return "N";
     }
