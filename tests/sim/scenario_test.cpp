@@ -270,5 +270,31 @@ TEST(SimScenario, PlayErrors) {
     EXPECT_EQ(ErrorOf(BaseScenario(deals)), "deals[0].play: has 12 entries, needs 13");
 }
 
+TEST(SimScenario, SettingsLinesAndTheUsersSeat) {
+    const std::vector<std::string> lines = {"; comment", "Log=", "  MyYahooID =  Alpha ,me_player", "Other = 1"};
+    EXPECT_EQ(SettingValue(lines, "myyahooid"), "Alpha ,me_player");
+    EXPECT_EQ(SettingValue(lines, "Log"), "");
+    EXPECT_EQ(SettingValue(lines, "Missing"), "");
+    std::array<Player, kSeats> players{Player{"north", "1"}, Player{"ME_PLAYER", "2"}, Player{"s", "3"}, Player{"w", "4"}};
+    EXPECT_EQ(UserSeatFromSettings(lines, players), 1);
+    // No own ID at the table: the user is taken to sit North.
+    EXPECT_EQ(UserSeatFromSettings({"MyYahooID = stranger"}, players), 0);
+    EXPECT_EQ(UserSeatFromSettings({}, players), 0);
+}
+
+TEST(SimScenario, DoubleNilPassBidIsStoredAsDoubleNil) {
+    ScriptedDeal d = Sample();
+    d.bids = {"DP", "3", "5", "4"};
+    core::Json j = BaseScenario(OneDeal(d));
+    core::Json table = *j.Get("table");
+    table.Set("dnilPass", true);
+    j.Set("table", table);
+    Scenario sc;
+    std::string error;
+    ASSERT_TRUE(ScenarioFromJson(j, sc, error)) << error;
+    EXPECT_TRUE(sc.game.dnilPass);
+    EXPECT_EQ(sc.game.scripted[0].bids[0], "D");
+}
+
 }  // namespace
 }  // namespace sim
