@@ -756,6 +756,9 @@ void Companion::PutMsg(int code) {
 void Companion::NotExistProcess(int slot, int code) {
     FindGameWindows();
     FindSubWindow(slot);
+    // A sub-window the user closed is opened again with the table's button.
+    if (Cap.SubWindow[static_cast<std::size_t>(slot)].Handle == 0 && GameWindow != 0 && Cap.ReopenSubWindow)
+        Cap.ReopenSubWindow(slot);
     if (Cap.SubWindow[static_cast<std::size_t>(slot)].Handle == 0) {
         if (slot >= 1 && slot <= 5) RecheckSlots[static_cast<std::size_t>(slot)] = true;
         RecheckRequested = true;
@@ -1128,7 +1131,15 @@ void Companion::CaptureLastHand(int autoMode) {
     InHandCapture = true;
     frmZ.cmdBid.Visible = false;
     frmZ.cmdHand.Enabled = false;
+    const int before = Record.ScoreRowCount;
+    const auto beforeRows = Record.ScoreRows;
     const int code = CaptureLastHandBody(autoMode);
+    if (code != 0 && code != -1 && code != 7) {
+        // The deal was not filed: the next attempt must see the new score
+        // line as new again.
+        Record.ScoreRowCount = before;
+        Record.ScoreRows = beforeRows;
+    }
     switch (code) {
         case 0:
         case -1:

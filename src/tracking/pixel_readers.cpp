@@ -106,7 +106,10 @@ bool PixelReaders::ReadLastTrick(std::array<std::string, 4>& cards, int& cardsSe
 
 int PixelReaders::CaptScore(std::vector<ScoreLine>& lines) {
     reading::ScoreLines sl;
-    const int code = score_.CaptScore(sl);
+    int code = score_.CaptScore(sl);
+    // A capture that delivered nothing is not an empty score list (which
+    // would mean a new game): the caller reads again.
+    if (code == 0 && sl.Count == 0 && cap_.BMSub.Lines == 0) code = reading::kScoreIncomplete;
     lines.clear();
     for (int i = 1; i <= sl.Count && i <= reading::kMaxScoreLines; ++i) lines.push_back(sl.Line[static_cast<std::size_t>(i)]);
     return code;
