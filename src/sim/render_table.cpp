@@ -78,14 +78,28 @@ void Outline(platform::Image& img, int x0, int y0, int x1, int y1, std::uint32_t
     img.FillRect(x1, y0, x1 + 1, y1 + 1, rgb);
 }
 
-void Card(platform::Image& img, int x, int y, int suit) {
+// The suit marks of the cards in the middle (a heart, a spade and a
+// diamond lying on their side), as rows of the card's inner area.
+constexpr std::array<std::array<const char*, 8>, 3> kSuitMarks = {{
+    {".............####..........", "............######.........", "...........#######.........",
+     "..........#######..........", ".........#######...........", "..........#######..........",
+     "...........#######.........", "............######........."},
+    {"............##.............", "...........####............", "...........#####...........",
+     ".........#..#####..........", ".........#########.........", ".........#..#####..........",
+     "...........#####...........", "...........####............"},
+    {".............#.............", "............###............", "...........#####...........",
+     "..........#######..........", ".........#########.........", "..........#######..........",
+     "...........#####...........", "............###............"},
+}};
+
+void Card(platform::Image& img, int x, int y, int i) {
     img.FillRect(x, y, x + 29, y + 28, kWhite);
     Outline(img, x, y, x + 28, y + 27, kListLine);
-    const std::uint32_t c = suit % 2 == 0 ? kRedSuit : kDarkSuit;
-    for (int r = 0; r < 9; ++r) {
-        const int half = r <= 4 ? r : 8 - r;
-        img.FillRect(x + 14 - half, y + 10 + r, x + 15 + half, y + 11 + r, c);
-    }
+    const int kind = i % 3;
+    const std::uint32_t c = kind == 1 ? kDarkSuit : kRedSuit;
+    for (int r = 0; r < 8; ++r)
+        for (int k = 0; kSuitMarks[static_cast<std::size_t>(kind)][static_cast<std::size_t>(r)][k] != '\0'; ++k)
+            if (kSuitMarks[static_cast<std::size_t>(kind)][static_cast<std::size_t>(r)][k] == '#') img.Set(x + 1 + k, y + 10 + r, c);
 }
 
 std::string BidText(const std::string& code, const SiteTexts& t) {
@@ -108,7 +122,7 @@ platform::Image RenderTableWindow(const TableView& v, const reading::GlyphTable&
     platform::Image img(std::max(v.Width, 1), std::max(v.Height, 1), kBackground);
 
     img.FillRect(0, 0, img.Width, 23, kTitleBar);
-    DrawGlyphText(img, 6, 5, v.Title, kWhite, g);
+    DrawGlyphText(img, 6, 6, v.Title, kWhite, g);
 
     // Left column: buttons, then the table markers.
     for (int i = 0; i < 5; ++i)
@@ -130,12 +144,12 @@ platform::Image RenderTableWindow(const TableView& v, const reading::GlyphTable&
         const std::string& name = v.SeatNames[static_cast<std::size_t>(pos)];
         if (name.empty()) return;
         const int w = GlyphTextWidth(name, g);
-        const int sx = centre ? (bl + br - w) / 2 : alignRight ? x - w : x;
+        const int sx = centre ? (bl + br - w + 1) / 2 : alignRight ? x - w : x;
         DrawGlyphText(img, sx, y, name, kSeatName, g);
     };
     seat(2, 0, bt - 22, false, true);
-    seat(0, 0, bb + 6, false, true);
-    seat(1, bl - 9, (bt + bb) / 2 - 6, true, false);
+    seat(0, 0, bb + 9, false, true);
+    seat(1, bl - 10, (bt + bb) / 2 - 6, true, false);
     seat(3, br + 10, (bt + bb) / 2 - 6, false, false);
 
     for (int i = 0; i < std::clamp(v.TrickCards, 0, 4); ++i) Card(img, bl + 69 + 34 * i, bt + 56, i);
@@ -168,7 +182,7 @@ platform::Image RenderTableWindow(const TableView& v, const reading::GlyphTable&
 
     // Player list below the table, ID and rating columns.
     if (!v.Players.empty()) {
-        const int lx = bl + 175, rx = std::max(lx + 120, img.Width - 9), ty = bb + 23;
+        const int lx = bl + 175, rx = std::max(lx + 120, img.Width - 10), ty = bb + 23;
         const int rows = static_cast<int>(v.Players.size());
         const int by = ty + rows * L::kListRowStep + 17;
         const int sep = lx + 105;
@@ -176,7 +190,7 @@ platform::Image RenderTableWindow(const TableView& v, const reading::GlyphTable&
         Outline(img, lx, ty, rx, by, kListLine);
         img.FillRect(sep, ty + 2, sep + 1, by, kListLine);
         for (int i = 0; i < rows; ++i) {
-            const int band = ty + i * L::kListRowStep;
+            const int band = ty + 4 + i * L::kListRowStep;
             const bool hi = i == v.Highlight;
             if (hi) img.FillRect(lx + 1, band + 1, rx, band + 13, kInk);
             const std::uint32_t ink = hi ? kWhite : kInk;

@@ -54,7 +54,7 @@ struct TableLayout {
     static constexpr int kBidButtonWidth = 24, kBidButtonHeight = 21, kBidButtonStep = 28, kBidRowStep = 26;
     static constexpr int kListRowStep = 14;
     // Band top (row above the letters) and start column of a label, relative to the box.
-    static constexpr std::array<std::array<int, 2>, 4> kBidLabel = {{{124, 86}, {8, 128}, {8, 6}, {150, 24}}};
+    static constexpr std::array<std::array<int, 2>, 4> kBidLabel = {{{125, 86}, {8, 128}, {8, 6}, {150, 24}}};
     static constexpr std::array<std::array<int, 2>, 4> kTrickLabel = {{{8, 86}, {8, 24}, {150, 6}, {150, 128}}};
 };
 

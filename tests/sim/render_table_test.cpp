@@ -7,6 +7,7 @@
 
 #include "platform/clock.h"
 #include "platform/sim_desktop.h"
+#include "reading/image_file.h"
 #include "reading/table_reader.h"
 #include "sim/glyph_draw.h"
 
@@ -408,6 +409,16 @@ TEST(RenderedTable, ExampleSceneReadsLikeTheGamesOwnWindow) {
     v.TrickCards = 3;
     v.Players = {{"river_rat", "1612"}, {"queen_of_h", "1544"}, {"bagmaster_3", "1702"}, {"slow_joe", "1390"}, {"watcher_99", "1455"}};
     Rig r(v);
+    // The simulator draws that scene exactly as the game did.
+    platform::Image game;
+    std::string err;
+    ASSERT_TRUE(reading::LoadImageFile(std::string(TARVELLOS_SHARED_DIR) + "/examples/readers/example_table.png", game, err)) << err;
+    ASSERT_EQ(game.Width, r.image.Width);
+    ASSERT_EQ(game.Height, r.image.Height);
+    int differing = 0;
+    for (std::size_t i = 0; i < game.Pixels.size(); ++i) differing += game.Pixels[i] != r.image.Pixels[i];
+    EXPECT_EQ(differing, 0);
+
     r.reader.ScanButtons();
     r.reader.LocateBox();
     r.reader.MakePlayerList();
@@ -419,7 +430,7 @@ TEST(RenderedTable, ExampleSceneReadsLikeTheGamesOwnWindow) {
     EXPECT_EQ(bids, (std::array<std::string, 4>{"", "5", "N", ""}));
     EXPECT_EQ(r.reader.BidCount, 3);
     EXPECT_EQ(r.reader.BidPos[1], (platform::Point{244, 375}));
-    EXPECT_EQ(r.reader.BidPos[0], (platform::Point{360, 333}));
+    EXPECT_EQ(r.reader.BidPos[0], (platform::Point{361, 333}));
     EXPECT_EQ(r.reader.SubButtonXY[1], (platform::Point{80, 101}));
     EXPECT_EQ(r.reader.SubButtonXY[2], (platform::Point{80, 127}));
     EXPECT_EQ(r.reader.SubButtonXY[3], (platform::Point{68, 153}));
@@ -453,5 +464,5 @@ TEST(RenderedTable, LabelColumnsComeBackWithTheWindowWidth) {
     r.reader.LocateBox();
     EXPECT_EQ(r.desk.CaptureCount(), captures);
     EXPECT_EQ(r.reader.BidPos[1].X, 244);
-    EXPECT_EQ(r.reader.BidPos[0].X, 360);
+    EXPECT_EQ(r.reader.BidPos[0].X, 361);
 }
