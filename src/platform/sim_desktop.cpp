@@ -204,13 +204,22 @@ std::int32_t SimDesktop::CopyRegion(WindowHandle h, bool client, const Rect& reg
             oy = sw->ClientInset.Top;
         }
     }
+    // Columns of the region that lie inside the source image; the rest of a
+    // row reads as black, as a copy from off the surface would.
+    const std::int32_t x0 = std::clamp(-(region.Left + ox), 0, w);
+    const std::int32_t x1 = std::clamp(src->Width - (region.Left + ox), x0, w);
     for (std::int32_t row = 0; row < hgt; ++row) {
-        const std::int32_t y = region.Bottom - 1 - row;  // bottom-up
+        const std::int32_t sy = region.Bottom - 1 - row + oy;  // bottom-up
         std::uint16_t* out = bits.data() + static_cast<std::size_t>(row) * static_cast<std::size_t>(length);
-        for (std::int32_t x = 0; x < w; ++x) {
-            const std::int32_t sx = region.Left + x + ox, sy = y + oy;
-            out[x] = src->Contains(sx, sy) ? To555(src->At(sx, sy)) : 0;
+        if (sy < 0 || sy >= src->Height) {
+            std::fill(out, out + w, std::uint16_t{0});
+            continue;
         }
+        std::fill(out, out + x0, std::uint16_t{0});
+        const std::uint32_t* in = src->Pixels.data() + static_cast<std::size_t>(sy) * static_cast<std::size_t>(src->Width) +
+                                  (region.Left + ox + x0);
+        for (std::int32_t x = x0; x < x1; ++x) out[x] = To555(in[x - x0]);
+        std::fill(out + x1, out + w, std::uint16_t{0});
     }
     return hgt;
 }

@@ -32,7 +32,8 @@ void Capture::CaptureRect(platform::WindowHandle h, BM& rec, const platform::Rec
     rec.Bottom = r.Bottom;
     rec.Length = w + (w % 2);
     if (w <= 0 || hgt <= 0) return;
-    BMBits.assign(static_cast<std::size_t>(rec.Length) * static_cast<std::size_t>(hgt), 0);
+    // Every word of the rows is written by the copy; no need to clear first.
+    BMBits.resize(static_cast<std::size_t>(rec.Length) * static_cast<std::size_t>(hgt));
     clock_.Wait(FontIndex != 0 ? 500 : 100);
     std::int32_t lines = desktop_.CopyRegion(h, client, r, BMBits);
     rec.Lines = lines < 0 ? 0 : lines;
