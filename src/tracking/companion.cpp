@@ -1104,7 +1104,6 @@ void Companion::PrepareNextGame() {
 
 void Companion::Restart() {
     OnlineMode = 0;
-    PrevHands = {};
     frmBoard.BoardMode = Settings.BoardMode;
     UnloadCompanionWindows();
     if (Rating) Rating->MyRating.Caption.clear();

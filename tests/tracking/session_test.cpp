@@ -293,6 +293,47 @@ TEST(Session, PausedCompanionMissesNothingOnceResumed) {
     EXPECT_EQ(r.filed.size(), 2u);
 }
 
+TEST(Session, CountingFormReadsTheLastTrickCards) {
+    Spec sp;
+    sp.settings.push_back("CountCards = (10,10)");
+    Table r(sp, "counting");
+    ASSERT_TRUE(r.s.Start());
+    // Wait for the middle of the first deal's play.
+    for (int i = 0; i < 3600; ++i) {
+        const auto& st = r.s.Game.Game().State();
+        if (st.phase == sim::Phase::Playing && st.lastTrick.number == 6) break;
+        r.s.Advance(250);
+    }
+    r.s.Advance(1200);
+    EXPECT_TRUE(r.s.App.Rating->CountingAllowed);
+    EXPECT_GE(r.s.App.PlayedCards.size(), 5u);
+    ASSERT_FALSE(r.s.App.PlayedCards.empty());
+    // The cards of the last trick read, by table position, are the game's.
+    const auto& st = r.s.Game.Game().State();
+    const auto& read = r.s.App.PlayedCards.back();
+    for (int k = 0; k < 4; ++k)
+        EXPECT_EQ(read[static_cast<std::size_t>(k)], st.lastTrick.cards[static_cast<std::size_t>((st.userSeat + k) % 4)]);
+    // The trick labels, by table position, agree with the game's counts.
+    for (int k = 0; k < 4; ++k)
+        EXPECT_EQ(r.s.App.TrickCounts[static_cast<std::size_t>(k)], st.tricks[static_cast<std::size_t>((st.userSeat + k) % 4)]);
+    ASSERT_TRUE(r.s.Run());
+    ExpectFiledAsPlayed(r);
+}
+
+TEST(Session, RestartReconnectsOnTheNextTick) {
+    Spec sp;
+    sp.deals = "2";
+    Table r(sp, "restart");
+    ASSERT_TRUE(r.s.Start());
+    for (int i = 0; i < 3600 && r.filed.empty(); ++i) r.s.Advance(1000);
+    r.s.App.Restart();
+    EXPECT_EQ(r.s.App.OnlineMode, 0);
+    r.s.Advance(1500);
+    EXPECT_EQ(r.s.App.OnlineMode, 1);
+    ASSERT_TRUE(r.s.Run());
+    EXPECT_EQ(r.filed.size(), 2u);
+}
+
 TEST(Session, SecondInstanceIsRefused) {
     Table r(Spec{}, "second");
     r.s.Desktop.SetPrevInstance(true);
