@@ -73,7 +73,14 @@ int RunReplay(const Args& args) {
         return 1;
     }
     const bool ended = session.Run();
-    for (const std::string& e : session.App.ErrorLog) std::fprintf(stderr, "error window: %s\n", e.c_str());
+    // What the error window showed, each message once with how often.
+    for (std::size_t i = 0; i < session.App.ErrorLog.size();) {
+        std::size_t j = i;
+        while (j < session.App.ErrorLog.size() && session.App.ErrorLog[j] == session.App.ErrorLog[i]) ++j;
+        std::fprintf(stderr, "error window: %s%s\n", session.App.ErrorLog[i].c_str(),
+                     j - i > 1 ? (" (" + std::to_string(j - i) + " times)").c_str() : "");
+        i = j;
+    }
     if (!ended) {
         std::fprintf(stderr, "tarvellos-cli replay: the session did not run to its end: %d of %d deals filed\n",
                      session.App.FiledCount, session.DealsPlayed());

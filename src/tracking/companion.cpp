@@ -104,6 +104,19 @@ bool Companion::FormLoad() {
     frmBoard.BoardMode = Settings.BoardMode;
     if (Settings.JPN) frmZ.cmdTimer.Caption = "休止";
 
+    // Window positions kept from the last run on a screen of this width.
+    if (!Settings.CFG.empty()) {
+        const display::LoadedPositions lp =
+            display::LoadWindowPositions(folders_.EnterProgramFolder(Settings.CFG), ScreenSize, frmZ.Rect, cp);
+        if (lp.Found) {
+            frmZ.Rect = lp.Main;
+            GameHome = lp.Pos[display::PosSpadesWindow];
+            Cap.SubWindow[SlotScore].Home = lp.Pos[display::PosScoreWindow];
+            Cap.SubWindow[SlotHand].Home = lp.Pos[display::PosLastHandWindow];
+            Cap.SubWindow[SlotTrick].Home = lp.Pos[display::PosLastTrickWindow];
+        }
+    }
+
     // File box.
     Records = std::make_unique<display::RecordFiles>(clock_, folders_, cp);
     filBox.Fill(folders_.WorkFolder());
@@ -303,6 +316,21 @@ void Companion::ClickBidAuto() {
 void Companion::WindowPass() {
     if (EndFlag) {
         if (Records) Records->RemoveMarkerAtExit();
+        if (!Settings.CFG.empty()) {
+            display::PosTable now{};
+            auto at = [this](platform::WindowHandle h) {
+                platform::Rect r;
+                return h && desktop_.GetWindowRect(h, r) ? platform::Point{r.Left, r.Top} : platform::Point{};
+            };
+            now[display::PosSpadesWindow] = at(GameWindow);
+            now[display::PosScoreWindow] = at(Cap.SubWindow[SlotScore].Handle);
+            now[display::PosLastHandWindow] = at(Cap.SubWindow[SlotHand].Handle);
+            now[display::PosLastTrickWindow] = at(Cap.SubWindow[SlotTrick].Handle);
+            now[display::PosLeftCounter] = {Counters.frmCounter0.Window.Left, Counters.frmCounter0.Window.Top};
+            now[display::PosRightCounter] = {Counters.frmCounter.Window.Left, Counters.frmCounter.Window.Top};
+            display::SaveWindowPositions(folders_.EnterProgramFolder(Settings.CFG), ScreenSize.X, frmZ.Rect, now,
+                                         desktop_.AnsiCodePage());
+        }
         Ended = true;
         TimerEnabled = false;
         return;

@@ -20,6 +20,7 @@
 #include "display/deal_record.h"
 #include "display/err_msg.h"
 #include "display/file_box.h"
+#include "display/window_positions.h"
 #include "platform/clock.h"
 #include "platform/desktop.h"
 #include "players/alert_checks.h"
@@ -110,7 +111,9 @@ public:
     void cmdTimer_Click();
     void cmdBid_MouseDown(int button);
     void cmdHand_MouseDown(int button);
-    void cmdBid_Click() { BidStep(0); }
+    void cmdBid_Click() {
+        if (!OffLine()) BidStep(0);
+    }
     void cmdHand_Click() { CaptureLastHand(0); }
     void cmdEnd_Click() { EndFlag = true; }
     void ShowTop(int mode, platform::WindowHandle h);

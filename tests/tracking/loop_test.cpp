@@ -477,6 +477,27 @@ TEST_F(LoopTest, NarrowScreenReducesTheGameWindow) {
     EXPECT_EQ(r, (platform::Rect{-5, 25, 595, 575}));
 }
 
+TEST_F(LoopTest, EndKeepsTheWindowPositionsForTheNextRun) {
+    Settings({"CFG = places.txt"});
+    Boot();
+    desk.MoveWindow(lastHand, {300, 420, 500, 620});
+    app->FindSubWindow(-1);
+    app->cmdEnd_Click();
+    app->Timer1_Timer();
+    EXPECT_TRUE(app->Ended);
+    EXPECT_FALSE(app->TimerEnabled);
+    std::vector<std::string> lines;
+    ASSERT_TRUE(core::ReadTextFile(core::JoinPath(home, "places.txt"), 1252, lines));
+    ASSERT_GE(lines.size(), 9u);
+    EXPECT_NE(lines[0].find("1280"), std::string::npos);
+    EXPECT_NE(lines[4].find("Last Hand Window"), std::string::npos);
+
+    Companion next(desk, clock, core::Folders{home, "Work"}, fake);
+    next.CheckArchive = false;
+    ASSERT_TRUE(next.Form_Load());
+    EXPECT_EQ(next.Cap.SubWindow[tracking::SlotHand].Home, (platform::Point{300, 420}));
+}
+
 TEST_F(LoopTest, GoingOfflineAndBack) {
     Settings({});
     Boot();
