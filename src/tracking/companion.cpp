@@ -880,7 +880,8 @@ void Companion::BidStep(int autoMode) {
                 for (int p = 0; p < 4; ++p) {
                     if (!hr.Names[p].empty()) Record.Names[p] = hr.Names[p];
                 }
-                const std::string& id = Settings.MyIds[static_cast<std::size_t>(Rating->MyIdIndex - 1)];
+                const std::size_t idIndex = static_cast<std::size_t>(Rating->MyIdIndex - 1);
+                const std::string id = idIndex < Settings.MyIds.size() ? Settings.MyIds[idIndex] : std::string();
                 for (int p = 0; p < 4; ++p) {
                     if (!core::Trim(id).empty() && players::NamesMatch(hr.Names[p], id)) {
                         Seats.sitNESW(p);
@@ -1004,6 +1005,8 @@ void Companion::PrepareBidding() {
         TimerInterval = LoopInterval;
     }
     frmBoard.DNilSignalGiven = false;
+    // The next deal's panel is new even when it is of the same kind.
+    frmBoard.LastBoardStat = 0;
     if (Alerts) Alerts->HideAskAlert();
     frmZ.Topmost = false;
     TricksPlayed = 0;

@@ -207,24 +207,30 @@ TEST(Session, SpecialTablesAreRecognised) {
     EXPECT_NE(core::BidKind(b[1]) != 0, core::BidKind(b[3]) != 0);
 }
 
-TEST(Session, TheBoardBidsForTheUser) {
+TEST(Session, TheBoardBidsForTheUserInEveryDeal) {
     Spec sp;
     sp.settings.push_back("BiddingBoard = (10,10)");
-    sp.deals = "1";
+    sp.deals = "2";
     Table r(sp, "board");
     ASSERT_TRUE(r.s.Start());
-    // Until the board comes up for the user's bid.
-    for (int i = 0; i < 600 && !r.s.App.frmBoard.Visible; ++i) r.s.Advance(100);
-    ASSERT_TRUE(r.s.App.frmBoard.Visible);
     const int seat = r.s.Game.Game().Setup().userSeat;
-    EXPECT_EQ(r.s.Game.Game().State().turn, seat);
-    r.s.App.Btn_Click(4);
-    r.s.App.Btn_Click(17);  // "4 OK ?"
-    EXPECT_FALSE(r.s.App.frmBoard.Visible);
-    EXPECT_EQ(r.s.Game.Game().State().bids[static_cast<std::size_t>(seat)], "4");
+    const std::array<std::string, 2> bids = {"4", "N"};
+    const std::array<int, 2> buttons = {4, 14};
+    for (int deal = 0; deal < 2; ++deal) {
+        // Until the board comes up for the user's bid.
+        for (int i = 0; i < 3000 && !r.s.App.frmBoard.Visible; ++i) r.s.Advance(100);
+        ASSERT_TRUE(r.s.App.frmBoard.Visible) << "deal " << deal + 1;
+        EXPECT_EQ(r.s.Game.Game().State().turn, seat);
+        r.s.App.Btn_Click(buttons[deal]);
+        r.s.App.Btn_Click(17);  // the confirmation: "4 OK ?", "NIL OK?"
+        EXPECT_FALSE(r.s.App.frmBoard.Visible);
+        EXPECT_EQ(r.s.Game.Game().State().bids[static_cast<std::size_t>(seat)], bids[deal]);
+        for (int i = 0; i < 3000 && static_cast<int>(r.filed.size()) <= deal; ++i) r.s.Advance(1000);
+    }
     ASSERT_TRUE(r.s.Run());
-    ASSERT_EQ(r.filed.size(), 1u);
+    ASSERT_EQ(r.filed.size(), 2u);
     EXPECT_EQ(r.filed[0].Bids[static_cast<std::size_t>(seat)], "4");
+    EXPECT_EQ(r.filed[1].Bids[static_cast<std::size_t>(seat)], "N");
     r.ExpectNoStrayClicks();
 }
 
