@@ -264,3 +264,26 @@ TEST(ReadWordsByHand, GapsPunctuationAndShortTexts) {
     EXPECT_EQ(reader.ReadWords(1, 7, 5), "baba");
     EXPECT_EQ(reader.ReadWords(1, 8, 5), "");
 }
+
+TEST(CaptureTricksByHand, LabelOnTheCentreColumnTakesThePreviousPosition) {
+    const std::string kTricks[7] = {"4004004007FC400400400", "1FC080100", "5FC000", "0F8104104088",
+                                    "7FC020060098104",       "0C8124124124098", "104000"};
+    auto putTricks = [&](platform::Image& img, int x, int y, int n) {
+        for (const auto& s : kTricks) x = PutHex(img, x, y, s) + (s.substr(s.size() - 3) == "000" ? 0 : 1);
+        PutNumber(img, x + 4, y, n);
+    };
+    platform::Image img(640, 700, kBack);
+    PutFrame(img, 231, 401);
+    putTricks(img, 353, 260, 5);  // first label of the scan, on the centre: position 0
+    putTricks(img, 250, 280, 1);  // upper left: position 1
+    putTricks(img, 353, 340, 6);  // on the centre again: takes position 1
+    putTricks(img, 400, 370, 2);  // lower right: position 3
+    Hand h(img);
+    std::array<int, 4> tricks{9, 9, 9, 9};
+    EXPECT_EQ(h.reader.CaptureTricks(tricks), 4);
+    EXPECT_EQ(tricks, (std::array<int, 4>{5, 6, 9, 2}));
+    EXPECT_EQ(h.reader.TrickPos[0], (platform::Point{353, 260}));
+    EXPECT_EQ(h.reader.TrickPos[1], (platform::Point{353, 340}));
+    EXPECT_EQ(h.reader.TrickPos[3], (platform::Point{400, 370}));
+    EXPECT_EQ(h.cap.BMBits.size(), 1u);  // the buffer is given up after the scan
+}
