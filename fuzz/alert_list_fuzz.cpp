@@ -10,7 +10,7 @@
 
 #include "core/text.h"
 #include "players/alert_list.h"
-#include "players/file_bytes.h"
+#include "core/text.h"
 
 namespace {
 
@@ -35,7 +35,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     int codePage = (size > 0 && (data[0] & 1)) ? 932 : 1252;
     std::string bytes(reinterpret_cast<const char*>(data), size);
     std::string in = dir + "/in.txt", out = dir + "/out.txt";
-    if (!players::WriteFileSafely(in, bytes)) return 0;
+    if (!core::WriteFileBytes(in, bytes)) return 0;
 
     players::AlertList list;
     players::ReadDefaultAlertList(list);

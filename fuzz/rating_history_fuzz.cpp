@@ -11,7 +11,7 @@
 #include "core/text.h"
 #include "platform/clock.h"
 #include "platform/sim_desktop.h"
-#include "players/file_bytes.h"
+#include "core/text.h"
 #include "players/ratings.h"
 
 namespace {
@@ -38,7 +38,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     players::FindRenewedRating(lines, lines.empty() ? std::string("x") : core::Left(lines[0], 5));
 
     std::string path = dir + "/SpadesHistory.TXT";
-    if (!players::WriteFileSafely(path, old)) return 0;
+    if (!core::WriteFileBytes(path, old)) return 0;
     platform::SimDesktop desktop;
     platform::VirtualClock clock;
     players::Ratings ratings(desktop, clock);
@@ -56,7 +56,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     ratings.ReadShowRating(2, ctx);
 
     std::string now;
-    Check(players::ReadFileBytes(path, now));
+    Check(core::ReadFileBytes(path, now));
     if (ratings.LastHistory == players::HistoryResult::Written) {
         std::size_t end = now.find("\r\n");
         Check(end != std::string::npos);

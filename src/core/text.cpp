@@ -513,21 +513,31 @@ std::vector<std::string> SplitLines(std::string_view bytes) {
     return lines;
 }
 
-bool ReadTextFile(const std::string& path, int codePage, std::vector<std::string>& lines) {
-    lines.clear();
+bool IsFile(const std::string& path) {
+    std::error_code ec;
+    return std::filesystem::is_regular_file(PathFromUtf8(path), ec);
+}
+
+bool ReadFileBytes(const std::string& path, std::string& bytes) {
     // A folder (or device) under the file's name is "no readable file", not
     // an exception from the stream library.
-    std::error_code ec;
-    if (!std::filesystem::is_regular_file(PathFromUtf8(path), ec)) return false;
-    std::string bytes;
+    if (!IsFile(path)) return false;
     try {
         std::ifstream in(PathFromUtf8(path), std::ios::binary);
         if (!in) return false;
-        bytes.assign((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+        std::string data((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
         if (in.bad()) return false;
+        bytes = std::move(data);
     } catch (const std::exception&) {
         return false;
     }
+    return true;
+}
+
+bool ReadTextFile(const std::string& path, int codePage, std::vector<std::string>& lines) {
+    lines.clear();
+    std::string bytes;
+    if (!ReadFileBytes(path, bytes)) return false;
     // Lines are cut before conversion: in the supported code pages CR and LF
     // never occur inside a character, and a bad byte then spoils one line only.
     lines = SplitLines(bytes);
@@ -549,11 +559,14 @@ std::string Encode(const std::vector<std::string>& lines, int codePage) {
 }  // namespace
 
 bool WriteTextFile(const std::string& path, const std::vector<std::string>& lines, int codePage) {
+    return WriteFileBytes(path, Encode(lines, codePage));
+}
+
+bool WriteFileBytes(const std::string& path, const std::string& bytes) {
     namespace fs = std::filesystem;
     const fs::path target = PathFromUtf8(path);
     fs::path temp = target;
     temp += ".tmp~";
-    const std::string bytes = Encode(lines, codePage);
     {
         std::ofstream out(temp, std::ios::binary | std::ios::trunc);
         if (!out) return false;

@@ -104,6 +104,14 @@ int ByteRoundTrip(int codePage, std::uint8_t byte);
 std::filesystem::path PathFromUtf8(const std::string& utf8);
 std::string PathToUtf8(const std::filesystem::path& p);
 
+// True for an existing regular file (not a folder).
+bool IsFile(const std::string& path);
+// Reads a whole file as it is. False when it is not a readable file.
+bool ReadFileBytes(const std::string& path, std::string& bytes);
+// Writes bytes to a temporary file in the folder of `path` that then
+// replaces `path`; the old file stays untouched when anything fails.
+bool WriteFileBytes(const std::string& path, const std::string& bytes);
+
 // Splits bytes at any line end (CR LF, LF or CR). A final line end does not
 // start another line, so "a\r\nb\r\n" gives "a", "b".
 std::vector<std::string> SplitLines(std::string_view bytes);

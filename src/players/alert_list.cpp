@@ -4,7 +4,6 @@
 #include <unordered_set>
 
 #include "core/text.h"
-#include "players/file_bytes.h"
 
 namespace players {
 
@@ -120,9 +119,9 @@ void AppendAlertText(const std::string& text, AlertList& list) {
 }
 
 AlertFileResult ReadAlertList(const std::string& path, AlertList& list, int codePage) {
-    if (!FileExists(path)) return AlertFileResult::Missing;
+    if (!core::IsFile(path)) return AlertFileResult::Missing;
     std::string bytes;
-    if (!ReadFileBytes(path, bytes)) {
+    if (!core::ReadFileBytes(path, bytes)) {
         list.FileUnreadable = true;
         return AlertFileResult::Unreadable;
     }
@@ -161,7 +160,7 @@ std::string FormatAlertFile(const AlertList& list, bool japanese) {
 
 AlertFileResult WriteAlertList(const AlertList& list, const std::string& path, bool japanese, int codePage) {
     if (list.FileUnreadable) return AlertFileResult::Refused;
-    if (!WriteFileSafely(path, core::FromUtf8(FormatAlertFile(list, japanese), codePage))) return AlertFileResult::WriteFailed;
+    if (!core::WriteFileBytes(path, core::FromUtf8(FormatAlertFile(list, japanese), codePage))) return AlertFileResult::WriteFailed;
     return AlertFileResult::Ok;
 }
 

@@ -3,7 +3,6 @@
 #include <cstdio>
 
 #include "core/text.h"
-#include "players/file_bytes.h"
 
 namespace players {
 
@@ -129,7 +128,7 @@ void Ratings::ShowMyRating(std::string& text, std::int32_t& value) {
 bool Ratings::CountingPermission(const std::string& text, std::int32_t value) const {
     if (Options.LogSet || Options.Japanese || text == kProvisional) return true;
     if (value >= 1000 && value <= 1599) return true;
-    if (value >= 1600 && value <= 1999 && !Options.MarkerFilePath.empty() && FileExists(Options.MarkerFilePath))
+    if (value >= 1600 && value <= 1999 && !Options.MarkerFilePath.empty() && core::IsFile(Options.MarkerFilePath))
         return true;
     if (MyIdIndex >= 1 && static_cast<std::size_t>(MyIdIndex) <= Options.MyIds.size()) {
         const std::string& own = Options.MyIds[static_cast<std::size_t>(MyIdIndex - 1)];
@@ -190,9 +189,9 @@ HistoryResult Ratings::WriteHistory(std::string& text, std::int32_t& value, Rati
     if (ctx.TeamScore[0] == 0 && ctx.TeamScore[1] == 0) return HistoryResult::NotRecorded;
 
     const std::string& path = Options.HistoryPath;
-    if (!FileExists(path) && !WriteFileSafely(path, std::string())) return HistoryResult::WriteFailed;
+    if (!core::IsFile(path) && !core::WriteFileBytes(path, std::string())) return HistoryResult::WriteFailed;
     std::string old;
-    if (!ReadFileBytes(path, old)) return HistoryResult::Unreadable;
+    if (!core::ReadFileBytes(path, old)) return HistoryResult::Unreadable;
     std::vector<std::string> lines = core::SplitLines(core::ToUtf8(old, Options.CodePage));
     if (lines.size() > kHistoryLinesRead) lines.resize(kHistoryLinesRead);
     std::string last = lines.empty() ? std::string() : RecordedRatingText(lines.back(), Options.Japanese);
@@ -219,7 +218,7 @@ HistoryResult Ratings::WriteHistory(std::string& text, std::int32_t& value, Rati
     // file held is lost or re-encoded by the rewrite.
     std::string bytes = core::FromUtf8(line, Options.CodePage) + "\r\n" + old;
     if (!old.empty() && old.back() != '\n' && old.back() != '\r') bytes += "\r\n";
-    return WriteFileSafely(path, bytes) ? HistoryResult::Written : HistoryResult::WriteFailed;
+    return core::WriteFileBytes(path, bytes) ? HistoryResult::Written : HistoryResult::WriteFailed;
 }
 
 }  // namespace players
