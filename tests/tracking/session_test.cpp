@@ -57,7 +57,10 @@ struct Table {
     explicit Table(const Spec& sp, const std::string& name) : home(TempHome(name)), s(Make(sp), home) {
         std::string err;
         EXPECT_TRUE(s.WriteProgramFiles(err)) << err;
-        s.App.OnDealFiled = [this](const tracking::FiledDeal& d) { filed.push_back(d); };
+        s.App.OnDealFiled = [this](const tracking::FiledDeal& d) {
+            filed.push_back(d);
+            shown.push_back(s.Game.Game().State().lastHand);
+        };
         s.App.OnGameOver = [this](const scoring::ScoreRows::Row& r) { gameOvers.push_back(r); };
     }
     ~Table() { fs::remove_all(home); }
@@ -86,6 +89,7 @@ struct Table {
     std::string home;
     tracking::Session s;
     std::vector<tracking::FiledDeal> filed;
+    std::vector<sim::FinishedDeal> shown;  // the game's "Last Hand" when each deal was filed
     std::vector<scoring::ScoreRows::Row> gameOvers;
 };
 
@@ -110,6 +114,19 @@ void ExpectFiledAsPlayed(Table& r) {
         }
         EXPECT_EQ(cards, 52) << r.filed[i].File;
         EXPECT_EQ(leads, 13) << r.filed[i].File;
+        // Every card and every leader as the game played them.
+        const sim::FinishedDeal& lh = r.shown[i];
+        ASSERT_TRUE(lh.valid);
+        for (int t = 0; t < 13; ++t) {
+            for (int seat = 0; seat < 4; ++seat) {
+                EXPECT_EQ(rec.Trick[t][seat], lh.cards[seat][t]) << r.filed[i].File << " trick " << t + 1;
+                EXPECT_EQ(rec.Mark[t][seat] == display::MarkBrackets, lh.leader[t] == seat) << r.filed[i].File;
+            }
+        }
+        for (int seat = 0; seat < 4; ++seat) {
+            EXPECT_EQ(rec.Names[seat], lh.names[seat]);
+            EXPECT_EQ(r.filed[i].Tricks[seat], lh.tricks[seat]) << r.filed[i].File;
+        }
     }
 }
 
