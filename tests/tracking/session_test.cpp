@@ -23,7 +23,7 @@ std::string TempHome(const std::string& name) {
     return p.string();
 }
 
-struct Spec {
+struct TableSetup {
     int language = 1;
     std::string deals = "2";
     std::vector<std::string> settings = {"MyYahooID = me_player", "BidTrickCounter = (*,0),(*,0)"};
@@ -38,7 +38,7 @@ std::string Quoted(const std::vector<std::string>& v) {
     return s + "]";
 }
 
-sim::Scenario Make(const Spec& sp) {
+sim::Scenario Make(const TableSetup& sp) {
     std::ostringstream o;
     o << R"({"start": "2026-03-05T21:00:00", "language": )" << sp.language << R"(, "screen": [1280, 1024],)"
       << R"("table": {"name": "Oak", "host": "alice", "dnilPass": )" << (sp.dnilPass ? "true" : "false")
@@ -54,7 +54,7 @@ sim::Scenario Make(const Spec& sp) {
 }
 
 struct Table {
-    explicit Table(const Spec& sp, const std::string& name) : home(TempHome(name)), s(Make(sp), home) {
+    explicit Table(const TableSetup& sp, const std::string& name) : home(TempHome(name)), s(Make(sp), home) {
         std::string err;
         EXPECT_TRUE(s.WriteProgramFiles(err)) << err;
         s.App.OnDealFiled = [this](const tracking::FiledDeal& d) {
@@ -131,7 +131,7 @@ void ExpectFiledAsPlayed(Table& r) {
 }
 
 TEST(Session, TwoDealsEnglishFiledWithCountersAndRecords) {
-    Table r(Spec{}, "english");
+    Table r(TableSetup{}, "english");
     ASSERT_TRUE(r.s.Start());
     ASSERT_TRUE(r.s.Run());
     ExpectFiledAsPlayed(r);
@@ -149,7 +149,7 @@ TEST(Session, TwoDealsEnglishFiledWithCountersAndRecords) {
 }
 
 TEST(Session, WholeGameTo500InEnglishWritesTheRatingHistory) {
-    Spec sp;
+    TableSetup sp;
     sp.deals = "40";
     sp.seed = 3;
     Table r(sp, "game500");
@@ -171,7 +171,7 @@ TEST(Session, WholeGameTo500InEnglishWritesTheRatingHistory) {
 class Languages : public ::testing::TestWithParam<int> {};
 
 TEST_P(Languages, DealsAreFollowedOnEverySite) {
-    Spec sp;
+    TableSetup sp;
     sp.language = GetParam();
     Table r(sp, "lang" + std::to_string(GetParam()));
     ASSERT_TRUE(r.s.Start());
@@ -184,7 +184,7 @@ TEST_P(Languages, DealsAreFollowedOnEverySite) {
 INSTANTIATE_TEST_SUITE_P(Sites, Languages, ::testing::Values(3, 5, 6, 8));
 
 TEST(Session, UserSeatFoundThroughMyYahooID) {
-    Spec sp;
+    TableSetup sp;
     sp.players = {"lefty_one", "partner_x", "me_player", "righty_two"};  // the user sits South
     sp.deals = "1";
     Table r(sp, "seat");
@@ -199,7 +199,7 @@ TEST(Session, UserSeatFoundThroughMyYahooID) {
 }
 
 TEST(Session, SpecialTablesAreRecognised) {
-    Spec sp;
+    TableSetup sp;
     sp.dnilPass = true;
     sp.deals = "1";
     Table r(sp, "dnil");
@@ -209,7 +209,7 @@ TEST(Session, SpecialTablesAreRecognised) {
     EXPECT_FALSE(r.s.App.Table.SuicideTable);
     ExpectFiledAsPlayed(r);
 
-    Spec su;
+    TableSetup su;
     su.suicide = true;
     su.deals = "1";
     Table r2(su, "suicide");
@@ -225,7 +225,7 @@ TEST(Session, SpecialTablesAreRecognised) {
 }
 
 TEST(Session, TheBoardBidsForTheUserInEveryDeal) {
-    Spec sp;
+    TableSetup sp;
     sp.settings.push_back("BiddingBoard = (10,10)");
     sp.deals = "2";
     Table r(sp, "board");
@@ -252,7 +252,7 @@ TEST(Session, TheBoardBidsForTheUserInEveryDeal) {
 }
 
 TEST(Session, GameWindowClosingAndComingBack) {
-    Spec sp;
+    TableSetup sp;
     sp.deals = "3";
     Table r(sp, "offline");
     ASSERT_TRUE(r.s.Start());
@@ -272,7 +272,7 @@ TEST(Session, GameWindowClosingAndComingBack) {
 }
 
 TEST(Session, ClosedSubWindowsAreReopenedByClicking) {
-    Spec sp;
+    TableSetup sp;
     sp.deals = "3";
     Table r(sp, "reopen");
     ASSERT_TRUE(r.s.Start());
@@ -287,7 +287,7 @@ TEST(Session, ClosedSubWindowsAreReopenedByClicking) {
 }
 
 TEST(Session, CapturesThatDeliverNothingAreRetried) {
-    Spec sp;
+    TableSetup sp;
     sp.deals = "2";
     Table r(sp, "nocapture");
     ASSERT_TRUE(r.s.Start());
@@ -299,7 +299,7 @@ TEST(Session, CapturesThatDeliverNothingAreRetried) {
 }
 
 TEST(Session, PausedCompanionMissesNothingOnceResumed) {
-    Spec sp;
+    TableSetup sp;
     sp.deals = "2";
     Table r(sp, "pause");
     ASSERT_TRUE(r.s.Start());
@@ -317,7 +317,7 @@ TEST(Session, PausedCompanionMissesNothingOnceResumed) {
 }
 
 TEST(Session, CountingFormReadsTheLastTrickCards) {
-    Spec sp;
+    TableSetup sp;
     sp.settings.push_back("CountCards = (10,10)");
     Table r(sp, "counting");
     ASSERT_TRUE(r.s.Start());
@@ -344,7 +344,7 @@ TEST(Session, CountingFormReadsTheLastTrickCards) {
 }
 
 TEST(Session, RestartReconnectsOnTheNextTick) {
-    Spec sp;
+    TableSetup sp;
     sp.deals = "2";
     Table r(sp, "restart");
     ASSERT_TRUE(r.s.Start());
@@ -358,7 +358,7 @@ TEST(Session, RestartReconnectsOnTheNextTick) {
 }
 
 TEST(Session, SecondInstanceIsRefused) {
-    Table r(Spec{}, "second");
+    Table r(TableSetup{}, "second");
     r.s.Desktop.SetPrevInstance(true);
     EXPECT_FALSE(r.s.Start());
     EXPECT_TRUE(r.s.App.Ended);
