@@ -30,19 +30,11 @@ inline ScriptedDeal MakeLegalDeal(std::uint32_t seed, int dealer, std::array<std
     for (int t = 0; t < kTricks; ++t) {
         std::array<Card, kSeats> trick{};
         for (int i = 0; i < kSeats; ++i) {
-            int s = (leader + i) % kSeats;
-            PlayView v;
-            v.hand = held[s];
-            v.seat = s;
-            v.bids = bids;
-            v.tricks = taken;
-            v.trick = trick;
-            v.leader = leader;
-            v.spadesBroken = broken;
-            Card c = ChoosePlay(v);
-            trick[s] = c;
-            held[s].erase(std::find(held[s].begin(), held[s].end(), c));
-            broken = broken || SuitOf(c) == kSpades;
+            const int s = (leader + i) % kSeats;
+            trick[s] = ChoosePlay({.hand = held[s], .seat = s, .bids = bids, .tricks = taken, .trick = trick,
+                                   .leader = leader, .spadesBroken = broken});
+            held[s].erase(std::find(held[s].begin(), held[s].end(), trick[s]));
+            broken = broken || SuitOf(trick[s]) == kSpades;
         }
         d.play[static_cast<std::size_t>(t)] = trick;
         leader = TrickWinner(trick, leader);
@@ -59,44 +51,34 @@ inline core::Json CardsJson(const Hand& cards) {
 }
 
 inline core::Json DealJson(const ScriptedDeal& d, bool withPlay = true) {
-    core::Json j = core::Json::Object();
+    core::Json j = core::Json::Object(), hands = core::Json::Array(), play = core::Json::Array();
     j.Set("dealer", d.dealer);
-    core::Json hands = core::Json::Array();
     for (const auto& h : d.hands) hands.Push(CardsJson(h));
     j.Set("hands", hands);
     j.Set("bids", core::Json::ArrayOf(std::vector<std::string>(d.bids.begin(), d.bids.end())));
-    if (withPlay) {
-        core::Json play = core::Json::Array();
-        for (const auto& t : d.play) play.Push(CardsJson(Hand(t.begin(), t.end())));
-        j.Set("play", play);
-    }
+    for (const auto& t : d.play) play.Push(CardsJson(Hand(t.begin(), t.end())));
+    if (withPlay) j.Set("play", play);
     return j;
 }
 
+// A complete scenario with the given "deals" member.
 inline core::Json BaseScenario(core::Json deals) {
-    core::Json j = core::Json::Object();
-    j.Set("start", "2026-03-05T21:00:00");
-    j.Set("language", 1);
-    core::Json screen = core::Json::Array();
-    screen.Push(1280);
-    screen.Push(1024);
-    j.Set("screen", screen);
-    core::Json table = core::Json::Object();
-    table.Set("name", "Oak");
-    table.Set("host", "alice");
-    table.Set("dnilPass", false);
-    table.Set("suicide", false);
-    j.Set("table", table);
-    j.Set("settings", core::Json::ArrayOf(std::vector<std::string>{"MyYahooID = me_player", "BidTrickCounter = (*,0),(*,0)"}));
-    j.Set("alertFile", core::Json::ArrayOf(std::vector<std::string>{"badguy_77(Staller),"}));
-    j.Set("players", core::Json::ArrayOf(std::vector<std::string>{"me_player", "lefty_one", "partner_x", "righty_two"}));
-    j.Set("ratings", core::Json::ArrayOf(std::vector<std::string>{"1534", "1620", "1480", "1701"}));
-    core::Json w = core::Json::Array();
-    w.Push(core::Json::ArrayOf(std::vector<std::string>{"kibitz_a", "1500"}));
-    j.Set("watchers", w);
+    core::Json j;
+    std::string error;
+    core::Json::Parse(R"J({"start": "2026-03-05T21:00:00", "language": 1, "screen": [1280, 1024],
+        "table": {"name": "Oak", "host": "alice", "dnilPass": false, "suicide": false},
+        "settings": ["MyYahooID = me_player", "BidTrickCounter = (*,0),(*,0)"], "alertFile": ["badguy_77(Staller),"],
+        "players": ["me_player", "lefty_one", "partner_x", "righty_two"], "ratings": ["1534", "1620", "1480", "1701"],
+        "watchers": [["kibitz_a", "1500"]], "seed": 7})J", j, error);
     j.Set("deals", std::move(deals));
-    j.Set("seed", 7);
     return j;
+}
+
+// Runs the clock in small steps until `pred` holds (at most `ms`).
+template <typename Pred>
+bool RunUntil(platform::VirtualClock& clock, Pred pred, std::uint32_t ms = 900000) {
+    for (std::uint32_t t = 0; t < ms && !pred(); t += 100) clock.Wait(100);
+    return pred();
 }
 
 }  // namespace sim::testing
