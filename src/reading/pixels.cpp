@@ -1,5 +1,6 @@
 #include "reading/pixels.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace reading {
@@ -112,20 +113,52 @@ void Capture::TraceOutside(const char* name, const std::string& label, std::int3
     Trace(line);
 }
 
+namespace {
+
+// Buffer offsets (minus Left) of the band's rows, -1 for rows outside the
+// captured region, and the captured column range; lets the band loops read
+// the buffer directly instead of testing every pixel's address.
+struct BandRows {
+    std::int64_t Off[GlyphHeight];
+    std::int32_t X0, X1;  // inclusive column range inside the capture
+
+    BandRows(const BM& rec, std::size_t size, std::int32_t y, std::int32_t lo, std::int32_t hi) {
+        X0 = std::max(lo + 1, rec.Left);
+        X1 = std::min(hi - 1, rec.Right - 1);
+        for (int k = 0; k < GlyphHeight; ++k) {
+            const std::int32_t yy = y + k;
+            Off[k] = -1;
+            if (rec.Lines <= 0 || yy < rec.Top || yy >= rec.Bottom) continue;
+            const std::int64_t row = static_cast<std::int64_t>(rec.Bottom - 1 - yy) * rec.Length;
+            if (row < 0 || row + (rec.Right - rec.Left) > static_cast<std::int64_t>(size)) continue;
+            Off[k] = row - rec.Left;
+        }
+    }
+};
+
+}  // namespace
+
 void Capture::GetLineBMPmain(const std::string& label, std::int32_t y) {
     if (BMBits.size() <= 1) return;
     const BM& rec = BMScreen;
     if (y < rec.Top || y + GlyphHeight > rec.Bottom) TraceOutside("GetLineBMPmain", label, y, rec, 0, false);
+    const BandRows band(rec, BMBits.size(), y, LineBMP.lo, LineBMP.hi);
+    const std::uint16_t* bits = BMBits.data();
+    auto ink = [&](int k, std::int32_t x) -> std::uint16_t {
+        return (band.Off[k] >= 0 && x >= band.X0 && x <= band.X1 && (bits[band.Off[k] + x] & 0x7FFF) == 0) ? 1 : 0;
+    };
     std::uint16_t summary = 0;
     const bool shifted = y == LastLine + 1;
     for (std::int32_t x = LineBMP.lo + 1; x <= LineBMP.hi - 1; ++x) {
         std::uint16_t value;
         if (shifted) {
-            value = static_cast<std::uint16_t>(((LineBMP[x] & 0x7FF) << 1) | (BlackAt(rec, x, y + 11) ? 1 : 0));
+            value = static_cast<std::uint16_t>(((LineBMP[x] & 0x7FF) << 1) | ink(11, x));
         } else {
             value = 0;
-            for (int k = 0; k < GlyphHeight; ++k)
-                if (BlackAt(rec, x, y + k)) value |= static_cast<std::uint16_t>(1u << (11 - k));
+            if (x >= band.X0 && x <= band.X1)
+                for (int k = 0; k < GlyphHeight; ++k)
+                    if (band.Off[k] >= 0 && (bits[band.Off[k] + x] & 0x7FFF) == 0)
+                        value |= static_cast<std::uint16_t>(1u << (11 - k));
         }
         LineBMP[x] = value;
         summary |= value;
@@ -138,14 +171,24 @@ void Capture::GetLineBMPmain(const std::string& label, std::int32_t y) {
 void Capture::GetLineBMP(const std::string& label, std::int32_t y, std::int32_t g) {
     const BM& rec = BMSub;
     if (y < 0 || y + GlyphHeight > rec.Height) TraceOutside("GetLineBMP", label, y, rec, g, true);
+    const BandRows band(rec, BMBits.size(), y, LineBMP.lo, LineBMP.hi);
+    const std::uint16_t* bits = BMBits.data();
     std::uint16_t summary = 0;
     for (std::int32_t x = LineBMP.lo + 1; x <= LineBMP.hi - 1; ++x) {
         std::uint16_t value = 0;
-        for (int k = 0; k < GlyphHeight; ++k)
-            if (DarkAt(rec, x, y + k)) value |= static_cast<std::uint16_t>(1u << (11 - k));
+        const bool inside = x >= band.X0 && x <= band.X1;
+        if (inside)
+            for (int k = 0; k < GlyphHeight; ++k)
+                if (band.Off[k] >= 0 && BlueOf(bits[band.Off[k] + x]) < 15) value |= static_cast<std::uint16_t>(1u << (11 - k));
         if (value == 0 && g != 0) {
-            bool allGray = true;
-            for (std::int32_t r = y + g; r <= y + 10 && allGray; ++r) allGray = GrayAt(rec, x, r);
+            // The field ends where the gray background begins.
+            bool allGray = inside;
+            for (std::int32_t r = g; r <= 10 && allGray; ++r) {
+                if (r >= 0 && r < GlyphHeight)
+                    allGray = band.Off[r] >= 0 && IsGray(bits[band.Off[r] + x]);
+                else
+                    allGray = GrayAt(rec, x, y + r);
+            }
             if (allGray) value = kEndMark;
         }
         LineBMP[x] = value;
