@@ -4,161 +4,140 @@
 
 using namespace scoring;
 
-TEST(LeftCounter, BuiltInDemonstration) {
+namespace {
+
+// Labels as the user sees them: "caption colour" each, joined by ", ".
+template <std::size_t N>
+std::string Looks(const std::array<Label, N>& labels, bool colours = true) {
+    std::string out;
+    for (const auto& l : labels) {
+        if (&l != &labels[0]) out += ", ";
+        const Color c = l.ForeColor;
+        const char* name = c == Black ? "black" : c == Red ? "red" : c == Blue ? "blue" : c == Magenta ? "magenta"
+                           : c == DarkRed ? "darkred" : "other";
+        out += l.Caption + (colours ? std::string(" ") + name : "");
+    }
+    return out;
+}
+
+// A status label: caption, colour, size, weight.
+std::string Status(const Label& l) {
+    return Looks(std::array<Label, 1>{l}) + " " + std::to_string(static_cast<int>(l.TextFont.Size)) +
+           (l.TextFont.Bold ? " bold" : "");
+}
+
+// Starts a deal on a right counter and plays it to `tricks` (side 0, 1, sum).
+struct Deal {
+    RightCounter c;
+    Side2 score;
+    Bids4 bids;
+    Deal(Side2 s, Side2 bags, Bids4 b) : score(s), bids(b) { c.ShowCounterInit(score, bags, bids); }
+    void Play(std::array<int, 3> tricks, std::array<int, 4> nilBroken = {}) {
+        c.ShowCounterNow(score, tricks, bids, nilBroken);
+    }
+};
+
+}  // namespace
+
+TEST(LeftCounter, BuiltInDemonstrationAndBidColours) {
     LeftCounter c;
     c.ShowCounterInit({125, 248}, {4, 3}, {"4", "3", "3", "N"}, 4);
     EXPECT_TRUE(c.Window.Visible);
-    EXPECT_EQ(c.cBid[0].Caption, "7");
-    EXPECT_EQ(c.cBid[0].ForeColor, Black);
-    EXPECT_EQ(c.cBid[1].Caption, "3");
-    EXPECT_EQ(c.cBid[1].ForeColor, Red);  // the "N" at position 3
-    EXPECT_EQ(c.cBid[2].Caption, "10");
-    EXPECT_EQ(c.cBid[2].ForeColor, Magenta);
-    EXPECT_EQ(c.cPts0[0].Caption, "125");
-    EXPECT_EQ(c.cPts0[1].Caption, "248");
-    EXPECT_EQ(c.cBag0[0].Caption, "(4)");
-    EXPECT_EQ(c.cBag0[1].Caption, "(3)");
-}
-
-TEST(LeftCounter, BidColoursWaitForAllFourBids) {
-    LeftCounter c;
-    c.ShowCounterInit({-40, 12}, {0, 0}, {"4", "N", "", ""}, 2);
-    for (const auto& l : c.cBid) EXPECT_EQ(l.ForeColor, Black);
-    EXPECT_EQ(c.cPts0[0].ForeColor, Blue);  // negative score
-    EXPECT_EQ(c.cPts0[1].ForeColor, Black);
+    EXPECT_EQ(Looks(c.cBid), "7 black, 3 red, 10 magenta");  // the "N" at position 3
+    EXPECT_EQ(Looks(c.cPts0) + ", " + Looks(c.cBag0), "125 black, 248 black, (4) black, (3) black");
+    // The sum's colour once all four bids are known: 13 and more, 11-12.
     c.ShowCounterInit({0, 0}, {0, 0}, {"4", "4", "3", "2"}, 4);
-    EXPECT_EQ(c.cBid[2].ForeColor, DarkRed);  // 13
-    c.ShowCounterInit({0, 0}, {0, 0}, {"4", "4", "3", "1"}, 4);
-    EXPECT_EQ(c.cBid[2].ForeColor, Black);  // 12
+    EXPECT_EQ(Looks(c.cBid), "7 black, 6 black, 13 darkred");
     c.ShowCounterInit({0, 0}, {0, 0}, {"4", "3", "3", "1"}, 4);
-    EXPECT_EQ(c.cBid[2].ForeColor, Black);  // 11
+    EXPECT_EQ(Looks(c.cBid), "7 black, 4 black, 11 black");
+    // Before that all bids are black; a negative score is blue.
+    c.ShowCounterInit({-40, 12}, {0, 0}, {"4", "N", "", ""}, 2);
+    EXPECT_EQ(Looks(c.cBid) + ", " + Looks(c.cPts0), "4 black, 0 black, 4 black, -40 blue, 12 black");
     c.ClrCounter();
     EXPECT_FALSE(c.Window.Visible);
-    EXPECT_EQ(c.cBid[2].Caption, "");
-    EXPECT_EQ(c.cBag0[0].Caption, "");
+    EXPECT_EQ(Looks(c.cBid, false) + Looks(c.cPts0, false) + Looks(c.cBag0, false), ", , , , ");
 }
 
-TEST(RightCounter, BuiltInDemonstration) {
-    RightCounter c;
-    c.ShowCounterInit({478, 482}, {2, 5}, {"4", "2", "3", "1"});
-    EXPECT_TRUE(c.Window.Visible);
-    EXPECT_EQ(c.Window.Width, RightCounter::NarrowWidth);
-    EXPECT_EQ(c.cBid[0].Caption, "7");
-    EXPECT_EQ(c.cBid[1].Caption, "3");
-    EXPECT_EQ(c.cBid[2].Caption, "10");
-    EXPECT_EQ(c.aPt[0].Caption, "[548]");
-    EXPECT_EQ(c.aPt[0].ForeColor, Red);  // larger and at least 500
-    EXPECT_EQ(c.aPt[1].Caption, "[512]");
-    EXPECT_EQ(c.aPt[1].ForeColor, Black);
-    EXPECT_FALSE(c.cBag[0].Visible);
+TEST(RightCounter, BuiltInDemonstrationAndAllMadeColours) {
+    Deal d({478, 482}, {2, 5}, {"4", "2", "3", "1"});
+    EXPECT_TRUE(d.c.Window.Visible);
+    EXPECT_EQ(d.c.Window.Width, RightCounter::NarrowWidth);
+    EXPECT_EQ(Looks(d.c.cBid), "7 black, 3 black, 10 magenta");
+    EXPECT_EQ(Looks(d.c.aPt), "[548] red, [512] black");  // larger and at least 500
+    EXPECT_FALSE(d.c.cBag[0].Visible);
+    EXPECT_EQ(d.c.ToJson().Get("aPt")->Dump(), "[\"[548]\", \"[512]\"]");  // as the console tool prints it
+
+    d.c.ShowCounterInit({-150, 80}, {0, 0}, {"3", "4", "2", "3"});
+    EXPECT_EQ(Looks(d.c.aPt), "[-100] blue, [150] black");
 }
 
-TEST(RightCounter, NegativeAllMadeIsBlue) {
-    RightCounter c;
-    c.ShowCounterInit({-150, 80}, {0, 0}, {"3", "4", "2", "3"});
-    EXPECT_EQ(c.aPt[0].Caption, "[-100]");
-    EXPECT_EQ(c.aPt[0].ForeColor, Blue);
-}
-
-TEST(RightCounter, TricksNeverGoDown) {
-    RightCounter c;
-    const Bids4 bids = {"4", "2", "3", "1"};
-    c.ShowCounterInit({100, 100}, {0, 0}, bids);
-    std::array<int, 3> tricks = {5, 2, 7};
-    c.ShowCounterNow({100, 100}, tricks, bids, {});
-    EXPECT_EQ(c.cTrk[0].Caption, "5");
-    std::array<int, 3> misread = {4, 3, 7};
-    c.ShowCounterNow({100, 100}, misread, bids, {});
-    EXPECT_EQ(misread, (std::array<int, 3>{5, 3, 7}));
-    EXPECT_EQ(c.cTrk[0].Caption, "5");
-    EXPECT_EQ(c.cTrk[1].Caption, "3");
-}
-
-TEST(RightCounter, StatusTextsAndWidth) {
-    RightCounter c;
-    const Bids4 bids = {"2", "4", "2", "4"};
-    c.ShowCounterInit({300, 250}, {8, 1}, bids);
+TEST(RightCounter, StatusTextsProjectionsTricksAndWidth) {
+    Deal d({300, 250}, {8, 1}, {"2", "4", "2", "4"});
     // Both sides short and reachable: no status yet, narrow, no figure.
-    std::array<int, 3> t = {1, 1, 2};
-    c.ShowCounterNow({300, 250}, t, bids, {});
-    EXPECT_EQ(c.Window.Width, RightCounter::NarrowWidth);
-    EXPECT_FALSE(c.cBag[0].Visible);
-    EXPECT_EQ(c.cPts[0].Caption, "");
+    d.Play({1, 1, 2});
+    EXPECT_EQ(d.c.Window.Width, RightCounter::NarrowWidth);
+    EXPECT_FALSE(d.c.cBag[0].Visible);
+    EXPECT_EQ(d.c.cPts[0].Caption, "");
 
-    t = {4, 1, 5};
-    c.ShowCounterNow({300, 250}, t, bids, {});
-    EXPECT_EQ(c.cBag[0].Caption, "Just Making");
-    EXPECT_EQ(c.cBag[0].ForeColor, Blue);
-    EXPECT_EQ(c.cBag[0].TextFont.Size, 11);
-    EXPECT_FALSE(c.cBag[0].TextFont.Bold);
-    EXPECT_EQ(c.cPts[0].Caption, "340");
-    EXPECT_EQ(c.Window.Width, RightCounter::WideWidth);
-    EXPECT_EQ(c.Shape1.Width, RightCounter::WideShapeWidth);
+    d.Play({4, 1, 5});
+    EXPECT_EQ(Status(d.c.cBag[0]), "Just Making blue 11");
+    EXPECT_EQ(d.c.cPts[0].Caption, "340");
+    EXPECT_EQ(d.c.Window.Width, RightCounter::WideWidth);
+    EXPECT_EQ(d.c.Shape1.Width, RightCounter::WideShapeWidth);
 
-    // Bags 8 and three overtricks: the penalty is in the projection.
-    t = {7, 2, 9};
-    c.ShowCounterNow({300, 250}, t, bids, {});
-    EXPECT_EQ(c.cBag[0].Caption, " + 3 = 11");
-    EXPECT_TRUE(c.cBag[0].TextFont.Bold);
-    EXPECT_EQ(c.cBag[0].TextFont.Size, 12);
-    EXPECT_EQ(c.cPts[0].Caption, std::to_string(300 + 40 + 3 - 100));
-    // They bid 8 and have 2 with 4 tricks left: set before the last trick.
-    EXPECT_EQ(c.cBag[1].Caption, "   Set");
-    EXPECT_EQ(c.cBag[1].ForeColor, Magenta);
-    EXPECT_EQ(c.cPts[1].Caption, "170");
+    // Bags 8 and three overtricks: the penalty is in the projection. They
+    // bid 8 and have 2 with 4 tricks left: set before the last trick.
+    d.Play({7, 2, 9});
+    EXPECT_EQ(Status(d.c.cBag[0]), " + 3 = 11 blue 12 bold");
+    EXPECT_EQ(Status(d.c.cBag[1]), "   Set magenta 12 bold");
+    EXPECT_EQ(Looks(d.c.cPts), "243 black, 170 black");
+    // A misread lower count leaves the shown one and is replaced by it.
+    std::array<int, 3> misread = {6, 3, 9};
+    d.c.ShowCounterNow(d.score, misread, d.bids, {});
+    EXPECT_EQ(misread, (std::array<int, 3>{7, 3, 9}));
+    EXPECT_EQ(Looks(d.c.cTrk, false), "7, 3, 9");
 
     // After the 13th trick the game's own score replaces the projection.
-    t = {10, 3, 13};
-    c.ShowCounterNow({238, 170}, t, bids, {});
-    EXPECT_EQ(c.cPts[0].Caption, "238");
-    EXPECT_EQ(c.cPts[1].Caption, "170");
+    d.score = {238, 170};
+    d.Play({10, 3, 13});
+    EXPECT_EQ(Looks(d.c.cPts), "238 black, 170 black");
+    d.c.ClrCounter();
+    EXPECT_FALSE(d.c.Window.Visible);
+    EXPECT_EQ(Looks(d.c.cTrk, false) + Looks(d.c.cPts, false) + Looks(d.c.cBag, false), ", , , , ");
 
-    c.ClrCounter();
-    EXPECT_FALSE(c.Window.Visible);
-    EXPECT_EQ(c.cTrk[2].Caption, "");
-    EXPECT_EQ(c.cBag[0].Caption, "");
+    // Far past ten bags the penalty still counts once.
+    Deal far({300, 0}, {9, 0}, {"1", "0", "0", "0"});
+    far.Play({13, 0, 13});
+    EXPECT_EQ(far.c.cBag[0].Caption, " + 12 = 21");
+    EXPECT_EQ(far.c.ProjectedScore[0], 300 + 10 + 12 - 100);
 }
 
-TEST(RightCounter, NilSetAtOnceAndCountedOnce) {
-    RightCounter c;
-    const Bids4 bids = {"4", "3", "N", "3"};
-    c.ShowCounterInit({200, 150}, {0, 0}, bids);
-    EXPECT_EQ(c.aPt[0].Caption, "[340]");
-    std::array<int, 3> t = {4, 1, 5};
-    for (int i = 0; i < 3; ++i) {
-        // Repeated updates with the same broken Nil.
-        c.ShowCounterNow({200, 150}, t, bids, {0, 0, 1, 0});
-    }
-    EXPECT_EQ(c.cBag[0].Caption, "Nil Set");
-    EXPECT_EQ(c.cBag[0].ForeColor, Red);
-    EXPECT_EQ(c.aPt[0].Caption, "[140]");
-    EXPECT_EQ(c.cPts[0].Caption, "140");  // 200 + 40 - 100
-    EXPECT_EQ(c.ProjectedScore[0], 140);
+TEST(RightCounter, NilsAndTheFloor) {
+    Deal nil({200, 150}, {0, 0}, {"4", "3", "N", "3"});
+    EXPECT_EQ(nil.c.aPt[0].Caption, "[340]");
+    for (int i = 0; i < 3; ++i) nil.Play({4, 1, 5}, {0, 0, 1, 0});  // counted once
+    EXPECT_EQ(Status(nil.c.cBag[0]), "Nil Set red 12 bold");
+    EXPECT_EQ(nil.c.aPt[0].Caption, "[140]");
+    EXPECT_EQ(nil.c.cPts[0].Caption, "140");  // 200 + 40 - 100
+
+    Deal dnil({400, 150}, {0, 0}, {"4", "3", "D", "3"});
+    dnil.Play({4, 1, 5}, {0, 0, 2, 0});
+    EXPECT_EQ(dnil.c.cBag[0].Caption, "DNil Set");
+    EXPECT_EQ(dnil.c.aPt[0].Caption, "[240]");  // 400 + 40 + 200 - 400
+    EXPECT_EQ(dnil.c.cPts[0].Caption, "240");
+
+    Deal made({100, -60}, {0, 0}, {"5", "D", "6", "1"});
+    made.Play({11, 2, 13});
+    EXPECT_EQ(Status(made.c.cBag[1]), "D Making blue 12 bold");
+    EXPECT_EQ(made.c.ProjectedScore[1], -60 + 10 + 1 + 200);
+
+    Deal low({-100, 100}, {0, 0}, {"7", "3", "6", "0"});
+    low.Play({2, 10, 12});
+    EXPECT_EQ(low.c.ProjectedScore[0], -230);
+    EXPECT_EQ(low.c.cPts[0].Caption, "-200");
 }
 
-TEST(RightCounter, DoubleNilMakingAfterTheLastTrick) {
-    RightCounter c;
-    const Bids4 bids = {"5", "D", "6", "1"};
-    c.ShowCounterInit({100, -60}, {0, 0}, bids);
-    std::array<int, 3> t = {11, 2, 13};
-    c.ShowCounterNow({100, -60}, t, bids, {});
-    EXPECT_EQ(c.cBag[1].Caption, "D Making");
-    EXPECT_EQ(c.cBag[1].ForeColor, Blue);
-    EXPECT_EQ(c.ProjectedScore[1], -60 + 10 + 1 + 200);
-}
-
-TEST(RightCounter, FloorOfTheShownProjection) {
-    RightCounter c;
-    const Bids4 bids = {"7", "3", "6", "0"};
-    c.ShowCounterInit({-100, 100}, {0, 0}, bids);
-    std::array<int, 3> t = {2, 10, 12};
-    c.ShowCounterNow({-100, 100}, t, bids, {});
-    EXPECT_EQ(c.cBag[0].Caption, "   Set");
-    EXPECT_EQ(c.ProjectedScore[0], -230);
-    EXPECT_EQ(c.cPts[0].Caption, "-200");
-}
-
-TEST(Counters, CallingOrderOfADeal) {
+TEST(Counters, CallingOrderAndPlacement) {
     Counters c(true);
     EXPECT_EQ(c.frmCounter.Window.Caption, " 右カウンタ");
     EXPECT_EQ(c.frmCounter0.Window.Caption, "左カウンタ");
@@ -171,35 +150,18 @@ TEST(Counters, CallingOrderOfADeal) {
     c.HideCounter();
     EXPECT_EQ(c.CounterShown, 0);
     EXPECT_FALSE(c.frmCounter.Window.Visible);
-    // The all-made figure is not among the cleared captions.
-    EXPECT_EQ(c.frmCounter.aPt[0].Caption, "[60]");
-}
+    EXPECT_EQ(c.frmCounter.aPt[0].Caption, "[60]");  // not among the cleared captions
 
-TEST(Counters, ReportNamesForTheConsoleTool) {
-    RightCounter c;
-    c.ShowCounterInit({478, 482}, {2, 5}, {"4", "2", "3", "1"});
-    const core::Json j = c.ToJson();
-    ASSERT_TRUE(j.Has("cTrk") && j.Has("cPts") && j.Has("cBag") && j.Has("aPt"));
-    EXPECT_EQ(j.Get("cTrk")->Size(), 3u);
-    EXPECT_EQ(j.Get("cPts")->Size(), 2u);
-    EXPECT_EQ(j.Get("aPt")->Dump(), "[\"[548]\", \"[512]\"]");
-}
-
-TEST(Counters, Placement) {
-    RightCounter r;
-    r.Place({std::nullopt, {-100, 0}, {400, 300}});
-    EXPECT_EQ(r.Window.Left, 406);
-    EXPECT_EQ(r.Window.Top, 367);
-    r.Place({std::nullopt, {900, 40}, {400, 300}});
-    EXPECT_EQ(r.Window.Left, 900);
-    r.Place({platform::Point{5, 6}, {900, 40}, {400, 300}});
-    EXPECT_EQ(r.Window.Left, 5);
-
-    LeftCounter l;
-    l.Place({std::nullopt, {0, 80}, {400, 300}});
-    EXPECT_EQ(l.Window.Left, 0);
-    EXPECT_EQ(l.Window.Top, 80);
-    l.Place({std::nullopt, {-100, 80}, {400, 300}});
-    EXPECT_EQ(l.Window.Left + l.Window.Width, 400 - 11);
-    EXPECT_EQ(l.Window.Top, 290);
+    // Saved spot, else the setting, else beside the table.
+    using P = platform::Point;
+    auto at = [](auto& counter, CounterPlacementInput in) {
+        counter.Place(in);
+        return P{counter.Window.Left, counter.Window.Top};
+    };
+    EXPECT_EQ(at(c.frmCounter, {std::nullopt, {-100, 0}, {400, 300}}), (P{406, 367}));
+    EXPECT_EQ(at(c.frmCounter, {std::nullopt, {900, 40}, {400, 300}}), (P{900, 40}));
+    EXPECT_EQ(at(c.frmCounter, {P{5, 6}, {900, 40}, {400, 300}}), (P{5, 6}));
+    EXPECT_EQ(at(c.frmCounter0, {std::nullopt, {0, 80}, {400, 300}}), (P{0, 80}));
+    const int leftWidth = c.frmCounter0.Window.Width;
+    EXPECT_EQ(at(c.frmCounter0, {std::nullopt, {-100, 80}, {400, 300}}), (P{400 - 11 - leftWidth, 290}));
 }

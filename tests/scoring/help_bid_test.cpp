@@ -8,152 +8,87 @@ using namespace scoring;
 
 namespace {
 
-// One score line with the user (North) on `we` and the opponents on `they`.
-ScoreRows Score(int we, int they) {
+using Pair = std::array<int, 2>;
+
+// One score line with the user's side on `we` and the opponents on `they`.
+ScoreRows Score(int we, int they, int userSeat = core::North) {
     ScoreRows rows;
-    rows.AddRow({we, 0, they, 0});
+    rows.AddRow(userSeat % 2 ? ScoreRows::Row{they, 0, we, 0} : ScoreRows::Row{we, 0, they, 0});
     return rows;
 }
 
-bool Printed(const HelpBid& h, const std::string& text, double y) {
+const DrawText* Printed(const HelpBid& h, const std::string& text, double y = -1, double x = -1) {
     for (const auto& d : h.Items)
-        if (d.Text == text && d.Y == y) return true;
-    return false;
+        if (d.Text == text && (y < 0 || d.Y == y) && (x < 0 || d.X == x)) return &d;
+    return nullptr;
 }
 
 }  // namespace
 
-TEST(HelpBid, FourthSeatExample) {
+TEST(HelpBid, LinesForTheThirdAndFourthSeat) {
+    struct Row {
+        int bidCount, seat, we, they;
+        Bids4 bids;
+        std::array<const char*, 2> you, them;  // them[1]: third seat only
+        Pair weNew, theyNew;                   // theyNew[1]: third seat only
+    };
+    const Row rows[] = {
+        {3, core::North, 465, 458, {"", "3", "1", "3"}, {"1, 4", "1, 5"}, {"3, 3", ""}, {515, 525}, {518, 0}},
+        {3, core::East, 465, 458, {"", "3", "1", "3"}, {"1, 4", "1, 5"}, {"3, 3", ""}, {515, 525}, {518, 0}},
+        // Already ahead: the user's bid on the lines is 0 and 1.
+        {3, core::North, 520, 470, {"", "2", "3", "2"}, {"3, 0", "3, 1"}, {"2, 2", ""}, {550, 560}, {510, 0}},
+        {2, core::North, 465, 458, {"", "", "2", "3"}, {"2, 5", "2, 4"}, {"3, 3", "3, 4"}, {535, 525}, {518, 528}},
+        // No split puts us ahead: a Nil for the user, then a bid of 1.
+        {2, core::North, 300, 480, {"", "", "3", "3"}, {"3, N", "3, 1"}, {"3, 7", "3, 6"}, {430, 340}, {580, 570}},
+        {2, core::North, 470, 455, {"", "", "6", "6"}, {"6, 1", "6, N"}, {"6, 0", "6, 1"}, {540, 630}, {515, 525}},
+    };
+    for (const Row& r : rows) {
+        SCOPED_TRACE(testing::Message() << "bid count " << r.bidCount << ", " << r.we << " against " << r.they);
+        HelpBid h;
+        const bool fourth = r.bidCount == 3;
+        ASSERT_TRUE(h.Show_HelpBid(Score(r.we, r.they, r.seat), r.seat, r.bids, r.bidCount, ""));
+        EXPECT_EQ(h.HelpState, fourth ? HelpFourthSeat : HelpThirdSeat);
+        EXPECT_EQ(h.YouBid[0].Caption, r.you[0]);
+        EXPECT_EQ(h.YouBid[fourth ? 2 : 1].Caption, r.you[1]);
+        EXPECT_EQ(h.TheyBid[0].Caption, r.them[0]);
+        EXPECT_EQ(h.WeTable.NewScore, r.weNew);
+        EXPECT_EQ(h.TheyTable.NewScore[0], r.theyNew[0]);
+        if (!fourth) {
+            EXPECT_EQ(h.TheyBid[1].Caption, r.them[1]);
+            EXPECT_EQ(h.TheyTable.NewScore[1], r.theyNew[1]);
+        }
+    }
+}
+
+TEST(HelpBid, DrawingAndWhenItIsShown) {
     HelpBid h;
     ASSERT_TRUE(h.Show_HelpBid(Score(465, 458), core::North, {"", "3", "1", "3"}, 3, ""));
-    EXPECT_EQ(h.HelpState, HelpFourthSeat);
     EXPECT_EQ(h.Window.Caption, "Help 4-th Bid");
-    EXPECT_TRUE(h.Window.Visible);
-    EXPECT_EQ(h.TheyBid[0].Caption, "3, 3");
-    EXPECT_EQ(h.YouBid[0].Caption, "1, 4");
-    EXPECT_EQ(h.YouBid[2].Caption, "1, 5");
-    EXPECT_EQ(h.WeTable.NewScore, (std::array<int, 2>{515, 525}));
-    EXPECT_EQ(h.TheyTable.NewScore[0], 518);
-    EXPECT_FALSE(h.TheyBid[1].Visible);
-    EXPECT_FALSE(h.YouBid[1].Visible);
-    EXPECT_FALSE(h.Capt[9].Visible);
-    EXPECT_EQ(h.Window.Height, 1980 / 15);
-    EXPECT_EQ(h.Window.Width, 2735 / 15);
+    EXPECT_FALSE(h.TheyBid[1].Visible || h.YouBid[1].Visible || h.Capt[9].Visible);
     // Each figure line beside its bid pair, at x = 92.
-    EXPECT_TRUE(Printed(h, "458", h.TheyBid[0].Top));
-    EXPECT_TRUE(Printed(h, "518", h.TheyBid[0].Top));
-    EXPECT_TRUE(Printed(h, "515", h.YouBid[0].Top));
-    EXPECT_TRUE(Printed(h, "525", h.YouBid[2].Top));
-    EXPECT_EQ(h.Items.front().X, 92);
-}
+    EXPECT_TRUE(Printed(h, "458", h.TheyBid[0].Top, 92) && Printed(h, "518", h.TheyBid[0].Top));
+    EXPECT_TRUE(Printed(h, "515", h.YouBid[0].Top) && Printed(h, "525", h.YouBid[2].Top));
 
-TEST(HelpBid, FourthSeatOnlyNearTheGamePoint) {
-    HelpBid h;
-    // Opponents at 480 with bids worth 10: 490 is not enough.
-    EXPECT_FALSE(h.Show_HelpBid(Score(300, 480), core::North, {"", "1", "4", "0"}, 3, ""));
-    EXPECT_FALSE(h.Window.Visible);
-    EXPECT_TRUE(h.Show_HelpBid(Score(300, 480), core::North, {"", "1", "4", "0"}, 3, "trace.log"));
-    HelpBid h2;
-    EXPECT_TRUE(h2.Show_HelpBid(Score(300, 481), core::North, {"", "1", "4", "0"}, 3, ""));
-    // No score line yet: nothing.
-    HelpBid h3;
-    EXPECT_FALSE(h3.Show_HelpBid(ScoreRows{}, core::North, {"", "1", "4", "0"}, 3, "trace.log"));
-}
-
-TEST(HelpBid, FourthSeatAlreadyAhead) {
-    HelpBid h;
-    ASSERT_TRUE(h.Show_HelpBid(Score(520, 470), core::North, {"", "2", "3", "2"}, 3, ""));
-    EXPECT_EQ(h.YouBid[0].Caption, "3, 0");
-    EXPECT_EQ(h.YouBid[2].Caption, "3, 1");
-    EXPECT_EQ(h.WeTable.NewScore, (std::array<int, 2>{550, 560}));
-}
-
-TEST(HelpBid, UsesTheUserSideColumn) {
-    // The user sits East: the user's side is the East/West column.
-    HelpBid h;
-    ScoreRows rows;
-    rows.AddRow({458, 0, 465, 0});
-    ASSERT_TRUE(h.Show_HelpBid(rows, core::East, {"", "3", "1", "3"}, 3, ""));
-    EXPECT_EQ(h.YouBid[0].Caption, "1, 4");
-}
-
-TEST(HelpBid, ThirdSeatExample) {
-    HelpBid h;
-    ASSERT_TRUE(h.Show_HelpBid(Score(465, 458), core::North, {"", "", "2", "3"}, 2, ""));
-    EXPECT_EQ(h.HelpState, HelpThirdSeat);
-    EXPECT_EQ(h.Window.Caption, "Help Bid in 3-rd Seat");
-    EXPECT_EQ(h.Window.Height, 1680 / 15);
-    EXPECT_EQ(h.YouBid[0].Caption, "2, 5");
-    EXPECT_EQ(h.YouBid[1].Caption, "2, 4");
-    EXPECT_EQ(h.WeTable.NewScore, (std::array<int, 2>{535, 525}));
-    EXPECT_EQ(h.TheyBid[0].Caption, "3, 3");
-    EXPECT_EQ(h.TheyBid[1].Caption, "3, 4");
-    EXPECT_EQ(h.TheyTable.NewScore, (std::array<int, 2>{518, 528}));
-    for (const auto& l : h.YouBid) EXPECT_FALSE(l.Visible);
-    // The bid pair is printed after the figures: partner black, the
-    // suggestion blue.
-    const double y = h.YouBid[0].Top;
-    bool black = false, blue = false;
-    for (const auto& d : h.Items) {
-        if (d.Y != y) continue;
-        black = black || (d.Text == "2" && d.ForeColor == Black);
-        blue = blue || (d.Text == ", 5" && d.ForeColor == Blue);
-    }
-    EXPECT_TRUE(black);
-    EXPECT_TRUE(blue);
-    // Line 1 figures start at x = 240.
-    bool at240 = false;
-    for (const auto& d : h.Items) at240 = at240 || (d.X == 240 && d.Text == "458");
-    EXPECT_TRUE(at240);
-}
-
-TEST(HelpBid, ThirdSeatWithoutAWinningSplitSuggestsNil) {
-    HelpBid h;
-    ASSERT_TRUE(h.Show_HelpBid(Score(300, 480), core::North, {"", "", "3", "3"}, 2, ""));
-    EXPECT_EQ(h.YouBid[0].Caption, "3, N");
-    EXPECT_EQ(h.YouBid[1].Caption, "3, 1");
-    EXPECT_EQ(h.WeTable.NewScore, (std::array<int, 2>{430, 340}));
-    EXPECT_EQ(h.TheyBid[0].Caption, "3, 7");
-    EXPECT_EQ(h.TheyTable.NewScore, (std::array<int, 2>{580, 570}));
-}
-
-TEST(HelpBid, ThirdSeatWhereOneTrickIsEnough) {
-    HelpBid h;
-    ASSERT_TRUE(h.Show_HelpBid(Score(470, 455), core::North, {"", "", "6", "6"}, 2, ""));
-    EXPECT_EQ(h.YouBid[0].Caption, "6, 1");
-    EXPECT_EQ(h.YouBid[1].Caption, "6, N");
-    EXPECT_EQ(h.WeTable.NewScore, (std::array<int, 2>{540, 630}));
-    EXPECT_EQ(h.TheyBid[0].Caption, "6, 0");
-    EXPECT_EQ(h.TheyBid[1].Caption, "6, 1");
-}
-
-TEST(HelpBid, ThirdSeatNeedsBothBidsAndCloseScores) {
-    HelpBid h;
+    // Opponents at 480 with bids worth 10: 490 is not enough, unless logging.
+    EXPECT_FALSE(HelpBid().Show_HelpBid(Score(300, 480), core::North, {"", "1", "4", "0"}, 3, ""));
+    EXPECT_TRUE(HelpBid().Show_HelpBid(Score(300, 480), core::North, {"", "1", "4", "0"}, 3, "trace.log"));
+    EXPECT_TRUE(HelpBid().Show_HelpBid(Score(300, 481), core::North, {"", "1", "4", "0"}, 3, ""));
+    EXPECT_FALSE(HelpBid().Show_HelpBid(ScoreRows{}, core::North, {"", "1", "4", "0"}, 3, "trace.log"));
+    // The third seat needs both earlier bids, and the opponents above 450.
     EXPECT_FALSE(h.Show_HelpBid(Score(465, 458), core::North, {"", "", "", "3"}, 2, "trace.log"));
     EXPECT_FALSE(h.Show_HelpBid(Score(465, 458), core::North, {"", "", "2", ""}, 2, "trace.log"));
-    EXPECT_FALSE(h.Show_HelpBid(Score(465, 420), core::North, {"", "", "2", "3"}, 2, ""));  // 450
-    EXPECT_EQ(h.HelpState, HelpClosed);
-}
+    EXPECT_FALSE(h.Show_HelpBid(Score(465, 420), core::North, {"", "", "2", "3"}, 2, ""));
 
-TEST(HelpBid, NegativeScoresHangTheMinusLeft) {
-    HelpBid h;
+    // Negative scores print with the minus hanging left of x in Courier New.
     ASSERT_TRUE(h.Show_HelpBid(Score(-120, 470), core::North, {"", "3", "4", "3"}, 3, ""));
-    const DrawText* minus = nullptr;
-    const DrawText* digits = nullptr;
-    for (const auto& d : h.Items) {
-        if (d.Text == "-" && !minus) minus = &d;
-        if (d.Text == "120" && !digits) digits = &d;
-    }
+    const DrawText *minus = Printed(h, "-"), *digits = Printed(h, "120", -1, 92);
     ASSERT_TRUE(minus && digits);
     EXPECT_EQ(minus->Typeface, "Courier New");
     EXPECT_EQ(digits->Typeface, "Arial");
-    Font courier;
-    courier.Name = "Courier New";
-    EXPECT_DOUBLE_EQ(minus->X + ApproxTextWidth("-", courier), digits->X);
-    EXPECT_EQ(digits->X, 92);
+    EXPECT_DOUBLE_EQ(minus->X + ApproxTextWidth("-", Font{"Courier New", minus->Size, minus->Bold}), 92);
 }
 
-TEST(HelpBid, StatesAndLayoutSwitches) {
+TEST(HelpBid, StatesThirdSeatDrawingAndPlacement) {
     HelpBid h;
     ASSERT_TRUE(h.Show_HelpBid(Score(465, 458), core::North, {"", "3", "1", "3"}, 3, ""));
     h.HideForBidCount(3);
@@ -164,11 +99,18 @@ TEST(HelpBid, StatesAndLayoutSwitches) {
 
     // A third-seat help after a fourth-seat one shows its second column again.
     ASSERT_TRUE(h.Show_HelpBid(Score(465, 458), core::North, {"", "", "2", "3"}, 2, ""));
-    EXPECT_TRUE(h.TheyBid[1].Visible);
-    EXPECT_TRUE(h.Capt[9].Visible);
+    EXPECT_EQ(h.Window.Caption, "Help Bid in 3-rd Seat");
+    EXPECT_TRUE(h.TheyBid[1].Visible && h.Capt[9].Visible);
+    EXPECT_FALSE(h.YouBid[0].Visible || h.YouBid[1].Visible || h.YouBid[2].Visible);
+    // The bid pair is printed after the figures, the partner's bid black and
+    // the suggestion blue; line 1 figures start at x = 240.
+    const double y = h.YouBid[0].Top;
+    ASSERT_TRUE(Printed(h, "2", y) && Printed(h, ", 5", y));
+    EXPECT_EQ(Printed(h, "2", y)->ForeColor, Black);
+    EXPECT_EQ(Printed(h, ", 5", y)->ForeColor, Blue);
+    EXPECT_TRUE(Printed(h, "458", -1, 240));
     h.HideForBidCount(3);
     EXPECT_EQ(h.HelpState, HelpHidden);
-
     ASSERT_TRUE(h.Show_HelpBid(Score(465, 458), core::North, {"", "", "2", "3"}, 2, ""));
     h.Close();
     EXPECT_EQ(h.HelpState, HelpClosed);
