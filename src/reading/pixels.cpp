@@ -143,27 +143,32 @@ void Capture::GetLineBMPmain(const std::string& label, std::int32_t y) {
     const BM& rec = BMScreen;
     if (y < rec.Top || y + GlyphHeight > rec.Bottom) TraceOutside("GetLineBMPmain", label, y, rec, 0, false);
     const BandRows band(rec, BMBits.size(), y, LineBMP.lo, LineBMP.hi);
-    const std::uint16_t* bits = BMBits.data();
-    auto ink = [&](int k, std::int32_t x) -> std::uint16_t {
-        return (band.Off[k] >= 0 && x >= band.X0 && x <= band.X1 && (bits[band.Off[k] + x] & 0x7FFF) == 0) ? 1 : 0;
-    };
-    std::uint16_t summary = 0;
-    const bool shifted = y == LastLine + 1;
-    for (std::int32_t x = LineBMP.lo + 1; x <= LineBMP.hi - 1; ++x) {
-        std::uint16_t value;
-        if (shifted) {
-            value = static_cast<std::uint16_t>(((LineBMP[x] & 0x7FF) << 1) | ink(11, x));
+    const std::int32_t a = LineBMP.lo + 1, b = LineBMP.hi - 1;
+    if (a <= b) {
+        std::uint16_t* out = &LineBMP[a];
+        const std::size_t n = static_cast<std::size_t>(b - a + 1);
+        // Row-wise over the captured columns; columns off the capture get no ink.
+        auto addRow = [&](int k, std::uint16_t bit) {
+            if (band.Off[k] < 0 || band.X0 > band.X1) return;
+            const std::uint16_t* row = BMBits.data() + (band.Off[k] + band.X0);
+            std::uint16_t* o = out + (band.X0 - a);
+            for (std::int32_t i = 0, m = band.X1 - band.X0; i <= m; ++i)
+                o[i] = static_cast<std::uint16_t>(o[i] | (((row[i] & 0x7FFF) == 0) ? bit : 0));
+        };
+        if (y == LastLine + 1) {
+            // The band moved down one row: keep 11 rows, add the new bottom one.
+            for (std::size_t i = 0; i < n; ++i) out[i] = static_cast<std::uint16_t>((out[i] & 0x7FF) << 1);
+            addRow(GlyphHeight - 1, 1);
         } else {
-            value = 0;
-            if (x >= band.X0 && x <= band.X1)
-                for (int k = 0; k < GlyphHeight; ++k)
-                    if (band.Off[k] >= 0 && (bits[band.Off[k] + x] & 0x7FFF) == 0)
-                        value |= static_cast<std::uint16_t>(1u << (11 - k));
+            std::fill(out, out + n, std::uint16_t{0});
+            for (int k = 0; k < GlyphHeight; ++k) addRow(k, static_cast<std::uint16_t>(1u << (11 - k)));
         }
-        LineBMP[x] = value;
-        summary |= value;
+        std::uint16_t summary = 0;
+        for (std::size_t i = 0; i < n; ++i) summary |= out[i];
+        LineBMP[LineBMP.lo] = summary;
+    } else {
+        LineBMP[LineBMP.lo] = 0;
     }
-    LineBMP[LineBMP.lo] = summary;
     LineBMP[LineBMP.hi] = kEndMark;
     LastLine = y;
 }
