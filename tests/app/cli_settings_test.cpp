@@ -1,16 +1,14 @@
 // tarvellos-cli settings, run as a user would run it, on temporary folders.
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
+#include <cstdlib>
 #include <random>
 #include <string>
 
 #include <sys/wait.h>
 
 #include "core/json.h"
+#include "core/temp_dir.h"
 #include "core/text.h"
 
 namespace {
@@ -20,44 +18,13 @@ struct CliRun {
     std::string Out, Err;
 };
 
-std::string Slurp(const std::filesystem::path& p) {
-    std::ifstream in(p, std::ios::binary);
-    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-}
-
-class TempDir {
-public:
-    TempDir() {
-        std::random_device rd;
-        path_ = std::filesystem::temp_directory_path() / ("cli-settings-" + std::to_string(rd()));
-        std::filesystem::create_directories(path_);
-    }
-    ~TempDir() {
-        std::error_code ec;
-        std::filesystem::remove_all(path_, ec);
-    }
-    std::string Folder() const { return core::PathToUtf8(path_); }
-    void Put(const std::string& name, const std::string& bytes) const {
-        std::ofstream out(path_ / core::PathFromUtf8(name), std::ios::binary);
-        out << bytes;
-    }
-    std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
-
-private:
-    std::filesystem::path path_;
-};
-
 // Runs the tool with a clean locale (plus `env`) and the given arguments.
 CliRun RunCli(const std::string& args, const std::string& env = "LANG=C") {
     TempDir io;
     const std::string cmd = "env -u LC_ALL -u LC_CTYPE -u LANG " + env + " '" TARVELLOS_CLI "' settings " + args +
-                            " >'" + core::PathToUtf8(io / "out") + "' 2>'" + core::PathToUtf8(io / "err") + "'";
+                            " >'" + io.File("out") + "' 2>'" + io.File("err") + "'";
     const int status = std::system(cmd.c_str());
-    CliRun r;
-    r.Exit = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    r.Out = Slurp(io / "out");
-    r.Err = Slurp(io / "err");
-    return r;
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, io.Get("out"), io.Get("err")};
 }
 
 std::string Home(const TempDir& d) { return "--home '" + d.Folder() + "'"; }

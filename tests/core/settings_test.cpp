@@ -70,7 +70,7 @@ TEST(SettingsValues, LinesGiveTheirValues) {
         {{"JPN = y", "日本語表示 = no"}, "日本語表示", "true"},
         {{"カードの順序 = 降順"}, "Card Order", R"("descending")"},
         {{"Card Order = 降順", "Card Order = 昇順"}, "Card Order", R"("ascending")"},
-        {{"Card Order = descending", "Card Order = sideways"}, "Card Order", R"("descending")"},
+        {{"Card Order = Descending", "Card Order = sideways"}, "Card Order", R"("descending")"},
         // Lists.
         {{"MyYahooID = Alpha, beta gamma"}, "MyYahooID", R"(["alpha", "beta", "gamma"])"},
         {{"MyYahooID = a,,b"}, "MyYahooID", R"(["a", "", "b"])"},

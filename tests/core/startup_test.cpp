@@ -55,7 +55,7 @@ TEST(StartupArchiveCheck, RefusalInEnglishEndsAfterTenSeconds) {
     EXPECT_LE(r.clock.Elapsed(), 10000u + kFatalStopPollMs);
 }
 
-TEST(StartupArchiveCheck, TestFlagAndJapaneseMessages) {
+TEST(StartupJapaneseMessages, ArchiveFolderWithTheTestFlagAndSecondStart) {
     Rig r;
     r.ctx.JapaneseFont = kFontMeiryo;
     r.ctx.Japanese = true;
@@ -66,6 +66,13 @@ TEST(StartupArchiveCheck, TestFlagAndJapaneseMessages) {
     EXPECT_NE(r.screen.Text().find("  終了 (ESC) ボタンを押して終了して下さい。"), std::string::npos);
     EXPECT_EQ(r.screen.EndCaption, "終了");
     EXPECT_EQ(r.screen.EndFont, "メイリオ");
+
+    Rig twice;
+    twice.desktop.SetPrevInstance(true);
+    twice.ctx.Japanese = true;
+    EXPECT_FALSE(chkPrevInstance(twice.ctx));
+    EXPECT_EQ(twice.screen.Lines[0], "  TarvelloS.exe を２重に起動しようとしています。");
+    EXPECT_LE(twice.clock.Elapsed(), 10000u + kFatalStopPollMs);
 }
 
 TEST(StartupFatalStop, EndOrEscEndsAtOnceAndTheTickCounterMayWrap) {
@@ -88,16 +95,6 @@ TEST(StartupFatalStop, EndOrEscEndsAtOnceAndTheTickCounterMayWrap) {
     EXPECT_LE(wrap.clock.Elapsed(), 10000u + kFatalStopPollMs);
 }
 
-TEST(StartupPrevInstance, SecondStartIsRefusedInJapanese) {
-    Rig jp;
-    jp.desktop.SetPrevInstance(true);
-    jp.ctx.Japanese = true;
-    EXPECT_FALSE(chkPrevInstance(jp.ctx));
-    EXPECT_EQ(jp.screen.Lines[0], "  TarvelloS.exe を２重に起動しようとしています。");
-    EXPECT_TRUE(jp.screen.Ended);
-    EXPECT_LE(jp.clock.Elapsed(), 10000u + kFatalStopPollMs);
-}
-
 TEST(StartupJapaneseSystem, CodePageAndFont) {
     EXPECT_TRUE(TestOSjp(932));
     EXPECT_FALSE(TestOSjp(1252));
@@ -106,6 +103,7 @@ TEST(StartupJapaneseSystem, CodePageAndFont) {
               "メイリオ");
     EXPECT_EQ(ChooseJapaneseFont([](const std::string& f) { return f == kFontMsPGothic; }), "ＭＳ Ｐゴシック");
     EXPECT_EQ(ChooseJapaneseFont([](const std::string&) { return false; }), "");
+    EXPECT_EQ(ChooseJapaneseFont(nullptr), "");
 }
 
 TEST(StartupNotices, AbsentSettingsFileBreaksLongPaths) {

@@ -61,6 +61,7 @@ TEST(TextCharacters, CaseMappingAndTrim) {
     EXPECT_EQ(Trim("  a b \t"), "a b");
     EXPECT_EQ(LTrim("  a b  "), "a b  ");
     EXPECT_EQ(RTrim("  a b  "), "  a b");
+    EXPECT_EQ(Trim(" \t "), "");
     EXPECT_EQ(Trim("　x　"), "　x　");  // a full-width space is a character, not a blank
 }
 
