@@ -1,12 +1,12 @@
-// A fresh scratch folder per test, removed afterwards.
+// A fresh scratch folder per test, removed afterwards, and whole-file reads.
 #pragma once
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
+
+#include "core/text.h"
 
 namespace players_test {
 
@@ -24,20 +24,19 @@ public:
         std::filesystem::remove_all(path_, ec);
     }
     std::string File(const std::string& name) const { return (path_ / name).string(); }
-    const std::filesystem::path& Path() const { return path_; }
 
 private:
     std::filesystem::path path_;
 };
 
-inline void WriteBytes(const std::string& path, const std::string& bytes) {
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out << bytes;
+inline std::string ReadBytes(const std::string& path) {
+    std::string bytes;
+    core::ReadFileBytes(path, bytes);
+    return bytes;
 }
 
-inline std::string ReadBytes(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+inline void WriteBytes(const std::string& path, const std::string& bytes) {
+    ASSERT_TRUE(core::WriteFileBytes(path, bytes));
 }
 
 }  // namespace players_test
