@@ -6,7 +6,7 @@
 #include <filesystem>
 
 #include "sim/scenario.h"
-#include "tracking/session.h"
+#include "replay/session.h"
 
 namespace {
 
@@ -31,7 +31,7 @@ void BM_Replay12Deals(benchmark::State& state) {
         state.PauseTiming();
         std::filesystem::remove_all(home);
         state.ResumeTiming();
-        tracking::Session s(sc, home);
+        replay::Session s(sc, home);
         s.WriteProgramFiles(err);
         if (!s.Start() || !s.Run()) {
             state.SkipWithError("the session did not run to its end");

@@ -10,7 +10,7 @@
 #include "core/notation.h"
 #include "core/text.h"
 #include "sim/scenario.h"
-#include "tracking/session.h"
+#include "replay/session.h"
 
 namespace app {
 
@@ -99,7 +99,7 @@ int RunDemo(const Args& args) {
         std::filesystem::remove_all(home, ec);
     }
 
-    tracking::Session session(scenario, home);
+    replay::Session session(scenario, home);
     if (!session.WriteProgramFiles(error)) {
         std::fprintf(stderr, "tarvellos-cli demo: %s\n", error.c_str());
         return 1;
@@ -114,7 +114,7 @@ int RunDemo(const Args& args) {
     session.App.OnDealFiled = [&](const tracking::FiledDeal& d) {
         ++k;
         if (human) PrintHumanDeal(k, d, work);
-        else std::printf("%s\n", tracking::FiledDealJson(k, d).Dump().c_str());
+        else std::printf("%s\n", replay::FiledDealJson(k, d).Dump().c_str());
         std::fflush(stdout);
     };
     session.App.OnGameOver = [&](const scoring::ScoreRows::Row& r) {
@@ -126,7 +126,7 @@ int RunDemo(const Args& args) {
                 std::printf("  Rating %s recorded in %s\n\n", core::Trim(session.App.Rating->MyRating.Caption).c_str(),
                             session.App.Rating->Options.HistoryPath.c_str());
         } else {
-            std::printf("%s\n", tracking::GameOverJson(r).Dump().c_str());
+            std::printf("%s\n", replay::GameOverJson(r).Dump().c_str());
         }
         std::fflush(stdout);
     };

@@ -7,7 +7,7 @@
 
 #include "app/cli_commands.h"
 #include "sim/scenario.h"
-#include "tracking/session.h"
+#include "replay/session.h"
 
 namespace app {
 
@@ -54,18 +54,18 @@ int RunReplay(const Args& args) {
         return 1;
     }
 
-    tracking::Session session(scenario, out);
+    replay::Session session(scenario, out);
     if (!session.WriteProgramFiles(error)) {
         std::fprintf(stderr, "tarvellos-cli replay: %s\n", error.c_str());
         return 1;
     }
     int deal = 0;
     session.App.OnDealFiled = [&deal](const tracking::FiledDeal& d) {
-        std::printf("%s\n", tracking::FiledDealJson(++deal, d).Dump().c_str());
+        std::printf("%s\n", replay::FiledDealJson(++deal, d).Dump().c_str());
         std::fflush(stdout);
     };
     session.App.OnGameOver = [](const scoring::ScoreRows::Row& score) {
-        std::printf("%s\n", tracking::GameOverJson(score).Dump().c_str());
+        std::printf("%s\n", replay::GameOverJson(score).Dump().c_str());
         std::fflush(stdout);
     };
     if (!session.Start()) {

@@ -11,7 +11,7 @@
 #include "core/text.h"
 #include "display/deal_record.h"
 #include "sim/scenario.h"
-#include "tracking/session.h"
+#include "replay/session.h"
 
 namespace {
 
@@ -87,7 +87,7 @@ struct Table {
     }
 
     std::string home;
-    tracking::Session s;
+    replay::Session s;
     std::vector<tracking::FiledDeal> filed;
     std::vector<sim::FinishedDeal> shown;  // the game's "Last Hand" when each deal was filed
     std::vector<scoring::ScoreRows::Row> gameOvers;

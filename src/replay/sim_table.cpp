@@ -1,4 +1,4 @@
-#include "tracking/sim_table.h"
+#include "replay/sim_table.h"
 
 #include <algorithm>
 #include <memory>
@@ -7,7 +7,9 @@
 
 #include "tracking/pixel_readers.h"
 
-namespace tracking {
+namespace replay {
+
+using namespace tracking;
 
 namespace {
 
@@ -104,4 +106,4 @@ sim::TableRenderer RenderedTable() {
     };
 }
 
-}  // namespace tracking
+}  // namespace replay

@@ -1,11 +1,13 @@
-#include "tracking/session.h"
+#include "replay/session.h"
 
 #include <filesystem>
 
 #include "core/text.h"
-#include "tracking/sim_table.h"
+#include "replay/sim_table.h"
 
-namespace tracking {
+namespace replay {
+
+using namespace tracking;
 
 namespace {
 
@@ -125,4 +127,4 @@ core::Json GameOverJson(const scoring::ScoreRows::Row& score) {
     return j;
 }
 
-}  // namespace tracking
+}  // namespace replay

@@ -5,7 +5,7 @@
 #include "sim/render_table.h"
 #include "sim/sim_game_desktop.h"
 
-namespace tracking {
+namespace replay {
 
 // What the table shows in a state, seen from the user's seat.
 sim::TableView TableViewOf(const sim::TableState& s, int language, int width, int height);
@@ -13,4 +13,4 @@ sim::TableView TableViewOf(const sim::TableState& s, int language, int width, in
 // client part; redraws only when the view changed.
 sim::TableRenderer RenderedTable();
 
-}  // namespace tracking
+}  // namespace replay

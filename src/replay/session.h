@@ -16,7 +16,7 @@
 #include "tracking/companion.h"
 #include "tracking/pixel_readers.h"
 
-namespace tracking {
+namespace replay {
 
 class Session {
 public:
@@ -51,13 +51,13 @@ public:
     platform::SimDesktop Desktop;
     sim::SimGameDesktop Game;
 
-    Companion App;
-    PixelReaders Readers;
-    VirtualTimer Timer;
+    tracking::Companion App;
+    tracking::PixelReaders Readers;
+    tracking::VirtualTimer Timer;
 };
 
 // The JSON Lines of a filed deal and of a finished game, as replay prints them.
-core::Json FiledDealJson(int deal, const FiledDeal& d);
+core::Json FiledDealJson(int deal, const tracking::FiledDeal& d);
 core::Json GameOverJson(const scoring::ScoreRows::Row& score);
 
-}  // namespace tracking
+}  // namespace replay
