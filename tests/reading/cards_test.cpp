@@ -280,18 +280,3 @@ TEST(CaptHandTest, NoCaptureItalianWidthAndGarbage) {
         }
     }
 }
-
-TEST(ReadLastTrickTest, MissingTopCardFailsAfterTwoCaptures) {
-    Rig r;
-    r.Show(kSubLastTrick, Image(270, 130, Rgb(0x2E, 0x8B, 0x57)));
-    TrickRead t;
-    t.Suits = {3, 3, 3, 3};
-    EXPECT_FALSE(r.reader.ReadLastTrick(t, 1));
-    EXPECT_EQ(t.Suits, (std::array<int, 4>{-1, 0, 0, 0}));
-    EXPECT_EQ(t.Ranks, (std::array<int, 4>{0, 0, 0, 0}));
-    EXPECT_EQ(r.desk.CaptureCount(), 2);
-    Rig none;
-    EXPECT_FALSE(none.reader.ReadLastTrick(t, 0)) << "no window";
-    EXPECT_EQ(t.Suits[0], -1);
-    EXPECT_EQ(none.reader.CardsSeen, 0);
-}

@@ -118,17 +118,6 @@ TEST(CaptScoreTest, FieldsEndAtGrayCellEdgesAndRangeEnds) {
     EXPECT_EQ(open.Read(), std::make_pair(0, Lines{{1202, 2, 0, 0}}));
 }
 
-TEST(CaptScoreTest, HiddenLineGrowsTheWindowByOnePitch) {
-    // Two lines; the second band ends 10 rows above the bottom.
-    Image img = ScoreArea(40, 80);
-    PlotNumbers(img, 42, {{20, "100"}});
-    PlotNumbers(img, 58, {{20, "200"}});
-    Rig r(img);
-    const platform::Rect before = r.WindowRect();
-    EXPECT_EQ(r.Read(), std::make_pair(0, Lines{{100, 0, 0, 0}, {200, 0, 0, 0}})) << "the grown area is blank";
-    EXPECT_EQ(r.WindowRect(), (platform::Rect{0, before.Top, before.Width(), before.Bottom + 16}));
-}
-
 TEST(CaptScoreTest, NothingCapturedEmptyTablesAndGarbage) {
     Rig none;
     EXPECT_EQ(none.Read(), std::make_pair(0, Lines{})) << "no window";

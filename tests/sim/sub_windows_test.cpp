@@ -193,15 +193,18 @@ TEST(LastTrickRoundTripTest, ModeTwoTakesOnlyANewTrick) {
 
 TEST(LastTrickRoundTripTest, MissingCardsAndCroppedWindowsFailCleanly) {
     const std::array<int, 4> failed{-1, 0, 0, 0};
-    for (std::size_t missing = 0; missing < 4; ++missing) {
+    for (std::size_t missing = 0; missing < 5; ++missing) {
         sim::LastTrickView v{{0, 1, 2, 3}, {10, 11, 12, 13}};
-        v.Ranks[missing] = 0;
+        if (missing < 4) v.Ranks[missing] = 0;
         Rig r;
-        r.Show(kSubLastTrick, sim::RenderLastTrick(v));
+        if (missing < 4) r.Show(kSubLastTrick, sim::RenderLastTrick(v));  // 4: no window at all
         TrickRead t;
+        t.Ranks = {3, 3, 3, 3};
         EXPECT_FALSE(r.cards.ReadLastTrick(t, 0)) << "slot " << missing;
         EXPECT_EQ(t.Suits, failed);
+        EXPECT_EQ(t.Ranks, (std::array<int, 4>{}));
         EXPECT_EQ(r.cards.CardsSeen, 0);
+        EXPECT_EQ(r.desk.CaptureCount(), missing < 4 ? 2 : 0) << "two attempts";
     }
     const sim::LastTrickView v{{0, 1, 2, 3}, {2, 3, 4, 5}};
     const Image full = sim::RenderLastTrick(v);
@@ -277,8 +280,10 @@ TEST(ScoreRoundTripTest, HiddenLinesMakeTheWindowGrowForFourCaptures) {
         // the caller gets what the last attempt read.
         EXPECT_EQ(r.Score(got), count == 6 ? 0 : 2);
         EXPECT_EQ(got, Lines(view.Lines.begin(), view.Lines.begin() + 7 - (count == 6)));
-        platform::Rect c;
+        platform::Rect c, w;
         r.desk.GetClientRect(h, c);
-        EXPECT_EQ(c.Height(), sim::score_window::Height(count == 6 ? 7 : 8));
+        r.desk.GetWindowRect(h, w);
+        EXPECT_EQ(c.Height(), sim::score_window::Height(count == 6 ? 7 : 8)) << "one line pitch more per capture";
+        EXPECT_TRUE(w.Left == 0 && w.Top == 40) << "moved to the screen's left edge, top kept";
     }
 }
