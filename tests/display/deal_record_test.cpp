@@ -14,22 +14,20 @@ using display_test::WriteBytes;
 
 namespace {
 
-const char* kRanks = "AKQJT98765432";
-const char* kSuits = "SHDC";
-
-// A complete deal: seat s plays suit kSuits[s], ace first; trick 1 of North
-// is bracketed and trick 13 of North in parentheses.
-DealRecord SampleDeal() {
+// A complete deal: seat s plays suit "SHDC"[s], ace first; North's trick 1 is
+// bracketed and trick 13 in parentheses; `seats` trick lines and `rows`
+// score rows of it are kept.
+DealRecord SampleDeal(int seats = 4, int rows = 2) {
     DealRecord rec;
     rec.Names = {"Ann", "Bob", "Cy", "Dee"};
     rec.Seat2 = {"4", "3", "N", "2"};
     for (int t = 0; t < 13; ++t)
-        for (int s = 0; s < 4; ++s) rec.Trick[t][s] = std::string{kRanks[t], kSuits[s]};
-    rec.Mark[0][0] = MarkBrackets;
-    rec.Mark[12][0] = MarkParentheses;
-    rec.ScoreRowCount = 2;
-    rec.ScoreRows[0] = {230, 3, -41, 1};
-    rec.ScoreRows[1] = {-100, 0, 55, 12};
+        for (int s = 0; s < seats; ++s) rec.Trick[t][s] = std::string{"AKQJT98765432"[t], "SHDC"[s]};
+    rec.Mark[0][0] = seats > 0 ? MarkBrackets : MarkNone;
+    rec.Mark[12][0] = seats > 0 ? MarkParentheses : MarkNone;
+    rec.ScoreRowCount = rows;
+    if (rows > 0) rec.ScoreRows[0] = {230, 3, -41, 1};
+    if (rows > 1) rec.ScoreRows[1] = {-100, 0, 55, 12};
     return rec;
 }
 
@@ -44,127 +42,73 @@ const std::string kSampleFile =
     "230, 3, -41, 1\r\n"
     "-100, 0, 55, 12\r\n";
 
-platform::LocalTime March5() {
-    platform::LocalTime t;
-    t.Year = 2026;
-    t.Month = 3;
-    t.Day = 5;
-    t.Hour = 23;
-    t.Minute = 59;
-    return t;
-}
-
 struct RecordDir {
+    explicit RecordDir(int codePage = core::kCodePageWestern) : files{clock, dir.Folders(), codePage} {}
     TempDir dir;
-    platform::VirtualClock clock{March5()};
-    RecordFiles files{clock, dir.Folders(), core::kCodePageWestern};
+    platform::VirtualClock clock{platform::LocalTime{2026, 3, 5, 23, 59, 0}};  // 5 March, a minute to midnight
+    RecordFiles files;
+    // Writes `rec` and reads it back; the name written goes to `name`.
+    DealRecord RoundTrip(const DealRecord& rec, std::string* name = nullptr) {
+        const std::string n = files.WriteRecordFile(rec, {});
+        if (name) *name = n;
+        DealRecord back;
+        EXPECT_EQ(files.ReadRecordFile(n, back), ErrNone);
+        return back;
+    }
 };
 
 }  // namespace
 
 TEST(DealRecordFile, WritesTheExactBytesAndReadsThemBack) {
     RecordDir d;
-    const DealRecord rec = SampleDeal();
-    const std::string name = d.files.WriteRecordFile(rec, {});
+    std::string name;
+    EXPECT_EQ(d.RoundTrip(SampleDeal(), &name), SampleDeal());
     ASSERT_EQ(name, "03_05_001");
     EXPECT_EQ(ReadBytes(d.dir.WorkFile("03_05_001.spd")), kSampleFile);
-
-    DealRecord back;
-    EXPECT_EQ(d.files.ReadRecordFile(name, back), ErrNone);
-    EXPECT_EQ(back, rec);
-    EXPECT_EQ(back.ScoreRows[0][2], -41);
 }
 
 TEST(DealRecordFile, NumberingOnTheFifthOfMarch) {
     RecordDir d;
+    WriteBytes(d.dir.WorkFile("03_05_009.SPD"), "keep me\r\n");
     // Entries of today seed the counter; another day's entry does not.
-    const std::vector<std::string> box = {"03_05_001", "02_28_004", "03_05_007"};
-    EXPECT_EQ(d.files.WriteRecordFile(SampleDeal(), box), "03_05_008");
-    EXPECT_TRUE(Exists(d.dir.WorkFile("03_05_008.spd")));
-    // The counter lives for the run: the box is not looked at again.
-    EXPECT_EQ(d.files.WriteRecordFile(SampleDeal(), {"03_05_050"}), "03_05_009");
-    EXPECT_EQ(d.files.Counter(), 10);
-}
+    EXPECT_EQ(d.files.WriteRecordFile(SampleDeal(), {"03_05_001", "02_28_044", "03_05_007"}), "03_05_008");
+    // The counter and its date live for the run: past midnight, and with
+    // other entries in the box, the numbering goes on; a name taken on disk
+    // in any letter case is skipped and left alone.
+    d.clock.Advance(2 * 60 * 1000);
+    EXPECT_EQ(d.files.WriteRecordFile(SampleDeal(), {"03_06_050"}), "03_05_010");
+    EXPECT_EQ(ReadBytes(d.dir.WorkFile("03_05_009.SPD")), "keep me\r\n");
+    EXPECT_EQ(d.files.Counter(), 11);
 
-TEST(DealRecordFile, SkipsNamesTakenOnDiskInAnyLetterCase) {
-    RecordDir d;
-    WriteBytes(d.dir.WorkFile("03_05_001.spd"), "keep me\r\n");
-    WriteBytes(d.dir.WorkFile("03_05_002.SPD"), "keep me too\r\n");
-    EXPECT_EQ(d.files.WriteRecordFile(SampleDeal(), {}), "03_05_003");
-    // The files that were there are untouched.
-    EXPECT_EQ(ReadBytes(d.dir.WorkFile("03_05_001.spd")), "keep me\r\n");
-    EXPECT_EQ(ReadBytes(d.dir.WorkFile("03_05_002.SPD")), "keep me too\r\n");
-}
-
-TEST(DealRecordFile, TheDateOfTheFirstWriteHoldsForTheRun) {
-    RecordDir d;
-    EXPECT_EQ(d.files.WriteRecordFile(SampleDeal(), {}), "03_05_001");
-    d.clock.Advance(2 * 60 * 1000);  // past midnight: 6 March
-    EXPECT_EQ(d.clock.Now().Day, 6);
-    EXPECT_EQ(d.files.WriteRecordFile(SampleDeal(), {}), "03_05_002");
-}
-
-TEST(DealRecordFile, SequenceNumbersPastThreeDigitsAreWrittenInFull) {
-    RecordDir d;
-    EXPECT_EQ(d.files.WriteRecordFile(SampleDeal(), {"03_05_999"}), "03_05_1000");
+    RecordDir big;
+    EXPECT_EQ(big.files.WriteRecordFile(SampleDeal(), {"03_05_999"}), "03_05_1000");
 }
 
 TEST(DealRecordFile, TruncatedFilesGiveError62AndKeepWhatWasRead) {
     RecordDir d;
-    const std::string& full = kSampleFile;
-    auto cutAfterLines = [&](int n) {
+    // Lines kept of the sample file, and the record they give.
+    const std::tuple<int, DealRecord> cuts[] = {
+        {2, SampleDeal(0, 0)}, {4, SampleDeal(2, 0)}, {6, SampleDeal(4, 0)}, {8, SampleDeal(4, 1)}};
+    for (const auto& [lines, want] : cuts) {
         std::size_t at = 0;
-        for (int i = 0; i < n; ++i) at = full.find("\r\n", at) + 2;
-        return full.substr(0, at);
-    };
-
-    // After the two name lines.
-    WriteBytes(d.dir.WorkFile("a.spd"), cutAfterLines(2));
-    DealRecord a;
-    EXPECT_EQ(d.files.ReadRecordFile("a", a), ErrInputPastEnd);
-    EXPECT_EQ(a.Names[3], "Dee");
-    EXPECT_EQ(a.Seat2[2], "N");
-    EXPECT_EQ(a.Trick[0][0], "");
-
-    // In the middle of the trick lines.
-    WriteBytes(d.dir.WorkFile("b.spd"), cutAfterLines(4));
-    DealRecord b;
-    EXPECT_EQ(d.files.ReadRecordFile("b", b), ErrInputPastEnd);
-    EXPECT_EQ(b.Trick[12][1], "2H");
-    EXPECT_EQ(b.Trick[0][2], "");
-
-    // After the trick lines.
-    WriteBytes(d.dir.WorkFile("c.spd"), cutAfterLines(6));
-    DealRecord c;
-    EXPECT_EQ(d.files.ReadRecordFile("c", c), ErrInputPastEnd);
-    EXPECT_EQ(c.Trick[12][0], "2S");
-    EXPECT_EQ(c.Mark[12][0], MarkParentheses);
-    EXPECT_EQ(c.ScoreRowCount, 0);
-
-    // One score row short: the row that was there is kept.
-    WriteBytes(d.dir.WorkFile("e.spd"), cutAfterLines(8));
-    DealRecord e;
-    EXPECT_EQ(d.files.ReadRecordFile("e", e), ErrInputPastEnd);
-    EXPECT_EQ(e.ScoreRowCount, 1);
-    EXPECT_EQ(e.ScoreRows[0][2], -41);
-
-    // Empty file.
-    WriteBytes(d.dir.WorkFile("f.spd"), "");
-    DealRecord f;
-    EXPECT_EQ(d.files.ReadRecordFile("f", f), ErrInputPastEnd);
-
-    DealRecord g;
-    EXPECT_EQ(d.files.ReadRecordFile("missing", g), ErrFileNotFound);
+        for (int i = 0; i < lines; ++i) at = kSampleFile.find("\r\n", at) + 2;
+        WriteBytes(d.dir.WorkFile("cut.spd"), kSampleFile.substr(0, at));
+        DealRecord rec;
+        EXPECT_EQ(d.files.ReadRecordFile("cut", rec), ErrInputPastEnd) << lines;
+        EXPECT_EQ(rec, want) << lines;
+    }
+    WriteBytes(d.dir.WorkFile("empty.spd"), "");
+    DealRecord rec;
+    EXPECT_EQ(d.files.ReadRecordFile("empty", rec), ErrInputPastEnd);
+    EXPECT_EQ(d.files.ReadRecordFile("missing", rec), ErrFileNotFound);
 }
 
 TEST(DealRecordFile, GarbageReadsAsEmptyCardsAndZeros) {
     std::vector<std::string> lines = {"only one name", "", "[", "((((((((((((((((((((((", "xyz", "",
                                       " 250 ", "abc, 7", "1,2,3,4", "5, x, -6, 9, 10"};
     DealRecord rec;
-    // 250 rows announced, three present.
-    EXPECT_EQ(ParseRecordLines(lines, rec), ErrInputPastEnd);
-    EXPECT_EQ(rec.Names[0], "only one name");
-    EXPECT_EQ(rec.Names[1], "");
+    EXPECT_EQ(ParseRecordLines(lines, rec), ErrInputPastEnd) << "250 rows announced, three present";
+    EXPECT_EQ(rec.Names, (std::array<std::string, 4>{"only one name", "", "", ""}));
     EXPECT_EQ(rec.Mark[0][0], MarkBrackets);
     EXPECT_EQ(rec.Trick[0][0], "");
     EXPECT_EQ(rec.Mark[4][1], MarkParentheses);
@@ -174,10 +118,9 @@ TEST(DealRecordFile, GarbageReadsAsEmptyCardsAndZeros) {
     EXPECT_EQ(rec.ScoreRows[1], (std::array<std::int32_t, 4>{1, 0, 0, 0}));
     EXPECT_EQ(rec.ScoreRows[2], (std::array<std::int32_t, 4>{5, 0, -6, 9}));
 
-    std::vector<std::string> many(6, "");
-    many.push_back(" -3 ");
+    lines = {"", "", "", "", "", "", " -3 "};
     DealRecord none;
-    EXPECT_EQ(ParseRecordLines(many, none), ErrNone);
+    EXPECT_EQ(ParseRecordLines(lines, none), ErrNone);
     EXPECT_EQ(none.ScoreRowCount, 0);
 }
 
@@ -188,73 +131,52 @@ TEST(DealRecordFile, OddTextsStayOnTheirLines) {
     rec.Trick[3][2] = "";     // not read: blank cell
     rec.Trick[4][2] = "10H";  // too long for a cell: cut
     rec.ScoreRowCount = 500;  // more than a record holds
-    const std::string name = d.files.WriteRecordFile(rec, {});
-    DealRecord back;
-    EXPECT_EQ(d.files.ReadRecordFile(name, back), ErrNone);
-    EXPECT_EQ(back.Names[1], "two  lines");
-    EXPECT_EQ(back.Names[2], "Cy");
-    EXPECT_EQ(back.Trick[3][2], "");
-    EXPECT_EQ(back.Trick[4][2], "10");
-    EXPECT_EQ(back.Trick[5][2], "9D");
-    EXPECT_EQ(back.ScoreRowCount, MaxScoreRows);
+    DealRecord want = SampleDeal();
+    want.Names[1] = "two  lines";
+    want.Trick[3][2] = "";
+    want.Trick[4][2] = "10";
+    want.ScoreRowCount = MaxScoreRows;
+    EXPECT_EQ(d.RoundTrip(rec), want);
 }
 
-TEST(DealRecordFile, JapaneseInterfaceWritesCodePage932) {
-    TempDir dir;
-    platform::VirtualClock clock{March5()};
-    RecordFiles files{clock, dir.Folders(), core::kCodePageJapanese};
-    DealRecord rec = SampleDeal();
-    rec.Names[0] = "あいう";
-    rec.Names[2] = "ﾀﾛｳ";
-    const std::string name = files.WriteRecordFile(rec, {});
-    const std::string bytes = ReadBytes(dir.WorkFile(name + ".spd"));
-    // Shift-JIS: あ = 82 A0, い = 82 A2, う = 82 A4; half-width katakana are single bytes.
-    EXPECT_EQ(bytes.substr(0, 6), "\x82\xA0\x82\xA2\x82\xA4");
-    EXPECT_NE(bytes.find(", \xC0\xDB\xB3, "), std::string::npos);
-    DealRecord back;
-    EXPECT_EQ(files.ReadRecordFile(name, back), ErrNone);
-    EXPECT_EQ(back, rec);
-}
-
-TEST(DealRecordFile, WesternCodePageKeepsAccentsAsSingleBytes) {
-    RecordDir d;
+TEST(DealRecordFile, TextsAreInTheInterfaceCodePage) {
+    RecordDir western;
     DealRecord rec = SampleDeal();
     rec.Names[1] = "José";
-    const std::string name = d.files.WriteRecordFile(rec, {});
-    EXPECT_EQ(ReadBytes(d.dir.WorkFile(name + ".spd")).substr(0, 11), "Ann, Jos\xE9, ");
-    DealRecord back;
-    EXPECT_EQ(d.files.ReadRecordFile(name, back), ErrNone);
-    EXPECT_EQ(back.Names[1], "José");
+    std::string name;
+    EXPECT_EQ(western.RoundTrip(rec, &name), rec);
+    EXPECT_EQ(ReadBytes(western.dir.WorkFile(name + ".spd")).substr(0, 11), "Ann, Jos\xE9, ");
+
+    RecordDir japanese(core::kCodePageJapanese);
+    rec.Names = {"あいう", "Bob", "ﾀﾛｳ", "Dee"};
+    EXPECT_EQ(japanese.RoundTrip(rec, &name), rec);
+    // Shift-JIS: あ = 82 A0, い = 82 A2, う = 82 A4; half-width katakana are single bytes.
+    const std::string bytes = ReadBytes(japanese.dir.WorkFile(name + ".spd"));
+    EXPECT_EQ(bytes.substr(0, 6), "\x82\xA0\x82\xA2\x82\xA4");
+    EXPECT_NE(bytes.find(", \xC0\xDB\xB3, "), std::string::npos);
 }
 
 TEST(DealRecordFile, LoadRecordStartsEmptyAndSparesTheMarkerOnlyOnline) {
     RecordDir d;
     WriteBytes(d.dir.WorkFile("SpadesBid.spd"), "");
     const std::string name = d.files.WriteRecordFile(SampleDeal(), {});
-
     DealRecord rec;
     rec.State = 7;
     rec.ScoreRowCount = 40;
     EXPECT_EQ(d.files.LoadRecord(name, 1, rec), ErrNone);
-    EXPECT_EQ(rec.State, 0);
-    EXPECT_EQ(rec.ScoreRowCount, 2);
+    EXPECT_EQ(rec, SampleDeal());
     EXPECT_EQ(d.files.CurrentName(), name);
-    EXPECT_FALSE(d.files.SpareMarker());
-    EXPECT_TRUE(d.files.MarkerExists());
-
     // A truncated record loaded over a full one leaves nothing of the old.
     WriteBytes(d.dir.WorkFile("cut.spd"), "A, B, C, D\r\n");
     EXPECT_EQ(d.files.LoadRecord("cut", 1, rec), ErrInputPastEnd);
     EXPECT_EQ(rec.ScoreRowCount, 0);
     EXPECT_EQ(rec.Trick[0][0], "");
 
+    EXPECT_FALSE(d.files.SpareMarker());
     d.files.RemoveMarkerAtExit();
     EXPECT_FALSE(d.files.MarkerExists());
-
     WriteBytes(d.dir.WorkFile("SpadesBid.spd"), "");
     d.files.LoadRecord(name, 2, rec);
-    EXPECT_TRUE(d.files.SpareMarker());
     d.files.RemoveMarkerAtExit();
-    EXPECT_TRUE(d.files.MarkerExists());
+    EXPECT_TRUE(d.files.MarkerExists()) << "a record loaded in on-line mode 2 spares it";
 }
-

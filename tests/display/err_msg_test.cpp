@@ -6,62 +6,51 @@
 
 using namespace display;
 
-namespace {
-
-const int kCodes[] = {MsgScoreNotOpen,     MsgScoreUnchanged,  MsgGameNotStarted,  MsgBiddingNotStarted,
-                      MsgGameNotStarted2,  MsgBiddingNotOver,  MsgBidsUnchanged,   MsgBiddingNotOpen,
-                      MsgAuctionNotStarted, MsgLastHandNotOpen, MsgLastHandUnchanged, MsgLastTrickNotOpen};
-
-}  // namespace
-
-TEST(ErrMsg, EnglishSiteSentences) {
-    ErrMsgWindow w;
-    w.PutMsg(7, LangEnglish, TableModeSpades);
-    EXPECT_EQ(w.Text, "«Spades Score» remains Unchanged.");
-    w.PutMsg(7, LangEnglish, TableModeBridge);
-    EXPECT_EQ(w.Text, "«Score» remains Unchanged.");
-    w.PutMsg(16, LangEnglish, TableModeBridge);
-    EXPECT_EQ(w.Text, "«Bridge Bidding» remains Unchanged.");
-    // The last-trick message names the last hand on the English site.
-    w.PutMsg(25, LangEnglish, TableModeSpades);
-    EXPECT_EQ(w.Text, "LastHand is not open.");
-    EXPECT_EQ(w.FontName, "Arial");
-    EXPECT_EQ(w.FontSize, 13);
+TEST(ErrMsg, SentencesBySiteInterfaceAndTableMode) {
+    // Site, table mode, Japanese interface, code, text shown.
+    const std::tuple<int, int, bool, int, const char*> cases[] = {
+        {LangEnglish, TableModeSpades, false, 7, "«Spades Score» remains Unchanged."},
+        {LangEnglish, TableModeBridge, false, 7, "«Score» remains Unchanged."},
+        {LangEnglish, TableModeBridge, false, 16, "«Bridge Bidding» remains Unchanged."},
+        {LangEnglish, TableModeSpades, false, 25, "LastHand is not open."},  // names the last hand
+        {LangEnglish, TableModeSpades, true, 25, "《Last Trick》が オープンしていません."},
+        {LangEnglish, TableModeSpades, true, 1, "《Score》が オープンしていません."},
+        {LangEnglish, TableModeSpades, true, 14, "Bidding is not yet over."},  // no Japanese form
+        {LangJapanese, TableModeSpades, false, 1, "《スペードスコア》が見つかりません."},
+        {LangJapanese, TableModeBridge, false, 1, "《スコア》が見つかりません."},
+        {LangJapanese, 5, false, 1, ""},
+        {LangSpanish, TableModeSpades, false, 25, "«Última baza» no está abierta."},
+        {LangFrench, TableModeSpades, false, 14, "Enchères ne sont pas encore complète."},
+        {LangGerman, TableModeSpades, false, 7, "«Punktestand» ist nicht verändert."},
+        {LangPortuguese, TableModeSpades, false, 11, "Jogo ainda não foi iniciado."},
+        {LangEnglish, TableModeSpades, false, 15, ""},  // unknown code
+        {11, TableModeSpades, false, 7, ""},             // unknown language
+        {-1, TableModeSpades, false, 7, ""},
+    };
+    platform::SimDesktop desk;
+    for (const auto& [lang, mode, jp, code, text] : cases) {
+        ErrMsgWindow w(&desk);
+        w.SetJapaneseInterface(jp, "JFont");
+        w.PutMsg(code, lang, mode);
+        SCOPED_TRACE(testing::Message() << "lang " << lang << " mode " << mode << " code " << code);
+        EXPECT_EQ(w.Text, text);
+        EXPECT_TRUE(w.Visible && w.Shown) << "the empty window shows too";
+        // The Japanese site and Japanese sentences use the Japanese font at 12, all else Arial 13.
+        const bool jpFont = lang == LangJapanese || std::string(text).find("が") != std::string::npos;
+        EXPECT_EQ(w.FontName + " " + std::to_string(w.FontSize), jpFont ? "JFont 12" : "Arial 13");
+    }
+    EXPECT_EQ(desk.Sounds().size(), std::size(cases));
+    EXPECT_EQ(desk.Sounds().back(), "SystemExclamation");
     EXPECT_EQ(MessageText(7, LangEnglish, TableModeSpades, false), "&laquo;Spades Score&raquo; remains Unchanged.");
-}
-
-TEST(ErrMsg, JapaneseInterfaceReplacesSomeEnglishSiteSentences) {
-    ErrMsgWindow w;
-    w.SetJapaneseInterface(true, "メイリオ");
-    EXPECT_EQ(w.Caption, " エラー・メッセージ");
-    w.PutMsg(25, LangEnglish, TableModeSpades);
-    EXPECT_EQ(w.Text, "《Last Trick》が オープンしていません.");
-    EXPECT_EQ(w.FontName, "メイリオ");
-    w.PutMsg(1, LangEnglish, TableModeSpades);
-    EXPECT_EQ(w.Text, "《Score》が オープンしていません.");
-    // Sentences without a Japanese form stay English.
-    w.PutMsg(14, LangEnglish, TableModeSpades);
-    EXPECT_EQ(w.Text, "Bidding is not yet over.");
-    EXPECT_EQ(w.FontName, "Arial");
-}
-
-TEST(ErrMsg, JapaneseSite) {
-    ErrMsgWindow w;
-    w.SetJapaneseInterface(false, "ＭＳ Ｐゴシック");
-    w.PutMsg(1, LangJapanese, TableModeSpades);
-    EXPECT_EQ(w.Text, "《スペードスコア》が見つかりません.");
-    EXPECT_EQ(w.FontName, "ＭＳ Ｐゴシック");
-    EXPECT_EQ(w.FontSize, 12);
-    w.PutMsg(1, LangJapanese, TableModeBridge);
-    EXPECT_EQ(w.Text, "《スコア》が見つかりません.");
-    w.PutMsg(1, LangJapanese, 5);
-    EXPECT_EQ(w.Text, "");
+    // The further Spanish sites speak Spanish.
+    EXPECT_EQ(MessageText(21, 8, TableModeSpades, false), MessageText(21, LangSpanish, TableModeSpades, false));
 }
 
 TEST(ErrMsg, EveryCodeHasASentenceInEveryLanguage) {
+    const int codes[] = {1, 7, 11, 12, 13, 14, 16, 18, 19, 21, 24, 25};
     for (int lang = 1; lang <= 10; ++lang)
         for (int mode : {TableModeBridge, TableModeSpades})
-            for (int code : kCodes)
+            for (int code : codes)
                 for (bool jp : {false, true}) {
                     const std::string raw = MessageText(code, lang, mode, jp);
                     SCOPED_TRACE(testing::Message() << "lang " << lang << " mode " << mode << " code " << code);
@@ -72,67 +61,34 @@ TEST(ErrMsg, EveryCodeHasASentenceInEveryLanguage) {
                     EXPECT_EQ(shown.back(), '.');
                     EXPECT_EQ(shown.find("  "), std::string::npos) << shown;
                 }
-    EXPECT_EQ(DecodeEntities(MessageText(25, LangSpanish, TableModeSpades, false)), "«Última baza» no está abierta.");
-    EXPECT_EQ(DecodeEntities(MessageText(14, LangFrench, TableModeSpades, false)),
-              "Enchères ne sont pas encore complète.");
-    EXPECT_EQ(DecodeEntities(MessageText(7, LangGerman, TableModeSpades, false)), "«Punktestand» ist nicht verändert.");
-    EXPECT_EQ(DecodeEntities(MessageText(11, LangPortuguese, TableModeSpades, false)), "Jogo ainda não foi iniciado.");
-    // The further Spanish sites speak Spanish.
-    EXPECT_EQ(MessageText(21, 8, TableModeSpades, false), MessageText(21, LangSpanish, TableModeSpades, false));
 }
 
-TEST(ErrMsg, UnknownCodesAndLanguagesShowTheEmptyWindowWithTheSound) {
-    platform::SimDesktop desk;
-    ErrMsgWindow w(&desk);
-    w.PutMsg(15, LangEnglish, TableModeSpades);
-    EXPECT_TRUE(w.Visible);
-    EXPECT_TRUE(w.Shown);
-    EXPECT_EQ(w.Text, "");
-    w.PutMsg(7, 11, TableModeSpades);
-    w.PutMsg(7, -1, TableModeSpades);
-    EXPECT_EQ(w.Text, "");
-    EXPECT_EQ(desk.Sounds().size(), 3u);
-    EXPECT_EQ(desk.Sounds().back(), "SystemExclamation");
-
-    w.Hide();
-    EXPECT_FALSE(w.Visible);
-    EXPECT_FALSE(w.Shown);
-}
-
-TEST(ErrMsg, ShowErrorMsgChoosesTheFontByTheText) {
+TEST(ErrMsg, FreeTextsAndEntityDecoding) {
     platform::SimDesktop desk;
     desk.SetFamily(platform::PlatformFamily::Win9x);
     ErrMsgWindow w(&desk);
     w.SetJapaneseInterface(true, "メイリオ");
-    w.ShowErrorMsg("Error occurred in reading score.");
-    EXPECT_EQ(w.FontName, "Arial");
-    EXPECT_EQ(w.FontSize, 13);
-    EXPECT_EQ(w.Text, "Error occurred in reading score.");
-    EXPECT_EQ(w.TextX, 6);
-    EXPECT_EQ(w.TextY, 4);
-    w.ShowErrorMsg("競技者名読み取りのエラー.");
-    EXPECT_EQ(w.FontName, "メイリオ");
-    EXPECT_EQ(w.FontSize, 12);
-    // A free text is shown as it is, entities and all.
+    EXPECT_EQ(w.Caption, " エラー・メッセージ");
+    // The font follows the text; a free text is shown as it is, entities and all.
     w.ShowErrorMsg("a &eacute; b");
-    EXPECT_EQ(w.Text, "a &eacute; b");
-    // The older platform family can only beep.
-    EXPECT_EQ(desk.Beeps(), 3);
-    EXPECT_TRUE(desk.Sounds().empty());
-}
+    EXPECT_EQ(w.Text + " " + w.FontName + " " + std::to_string(w.FontSize), "a &eacute; b Arial 13");
+    EXPECT_EQ((std::pair{w.TextX, w.TextY}), (std::pair{6, 4}));
+    w.ShowErrorMsg("競技者名読み取りのエラー.");
+    EXPECT_EQ(w.FontName + " " + std::to_string(w.FontSize), "メイリオ 12");
+    EXPECT_EQ(desk.Beeps(), 2) << "the older platform family can only beep";
+    w.Hide();
+    EXPECT_FALSE(w.Visible || w.Shown);
 
-TEST(ErrMsg, EntityDecoding) {
     EXPECT_EQ(DecodeEntities("Fen&ecirc;tre &laquo;x&raquo; &Uacute;&ccedil;&atilde;&nbsp;"), "Fenêtre «x» Úçã\u00a0");
     EXPECT_EQ(DecodeEntities("&eacute;&yuml;&AElig;&szlig;"), "éÿÆß");
     EXPECT_EQ(DecodeEntities("&amp;lt;"), "&lt;");
     EXPECT_EQ(DecodeEntities("R&D; &unknown; &eacute &; &"), "R&D; &unknown; &eacute &; &");
     EXPECT_EQ(DecodeEntities("《&laquo;》"), "《«》");
+    EXPECT_EQ(DecodeEntities(std::string("\xFF&uuml;\x80", 8)), std::string("\xFFü\x80"));
     EXPECT_FALSE(HasJapanese("Última «mano»"));
     EXPECT_FALSE(HasJapanese(std::string("\xE3\x81", 2)));  // cut in the middle
-    EXPECT_EQ(DecodeEntities(std::string("\xFF&uuml;\x80", 8)), std::string("\xFFü\x80"));
-    ErrMsgWindow w;
-    w.PMsg("Jos&eacute;");
-    w.PMsg(", ");
-    w.PMsg("Ren&eacute;e");
-    EXPECT_EQ(w.Text, "José, Renée");
+    ErrMsgWindow pieces;
+    pieces.PMsg("Jos&eacute;");
+    pieces.PMsg(", Ren&eacute;e");
+    EXPECT_EQ(pieces.Text, "José, Renée");
 }
