@@ -5,10 +5,7 @@
 #include "temp_dir.h"
 
 using namespace display;
-using display_test::Exists;
-using display_test::ReadBytes;
-using display_test::TempDir;
-using display_test::WriteBytes;
+using namespace display_test;
 
 namespace {
 

@@ -6,8 +6,7 @@
 #include "players/test_dir.h"
 
 using namespace players;
-using players_test::ReadBytes;
-using players_test::TempDir;
+using namespace players_test;
 
 namespace {
 

@@ -9,9 +9,7 @@
 #include "players/test_dir.h"
 
 using namespace players;
-using players_test::ReadBytes;
-using players_test::TempDir;
-using players_test::WriteBytes;
+using namespace players_test;
 
 namespace {
 const std::array<std::string, 4> kSeats = {"zz_north", "zz_me_first", "zz_south_with_long_name", " zz_west "};
