@@ -3,10 +3,9 @@
 #include "platform/clock.h"
 #include "platform/sim_desktop.h"
 #include "players/alert_checks.h"
-#include "players/test_dir.h"
+#include "core/temp_dir.h"
 
 using namespace players;
-using namespace players_test;
 
 namespace {
 
@@ -71,7 +70,7 @@ struct Fixture : ::testing::Test {
         for (const auto& m : view.menuPlayer) out += m.Caption + (m.Checked ? "*" : "") + (m.Enabled ? "" : "!") + ",";
         return out;
     }
-    std::string File() const { return ReadBytes(dir.File("Alert.TXT")); }
+    std::string File() const { return dir.Get("Alert.TXT"); }
 };
 
 const std::string kHeader = "#     << Players to be alerted by TarvelloS. >>\r\n";

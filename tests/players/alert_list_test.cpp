@@ -4,10 +4,9 @@
 
 #include "core/text.h"
 #include "players/alert_list.h"
-#include "players/test_dir.h"
+#include "core/temp_dir.h"
 
 using namespace players;
-using namespace players_test;
 using Entries = std::vector<std::string>;
 
 namespace {
@@ -109,13 +108,13 @@ TEST(WriteAlertList, SkipsEmptyAndRepeatedEntriesAndReadsBackWhatItWrote) {
 TEST(AlertFile, JapaneseEntriesInCodePage932) {
     if (!core::IsCodePageSupported(932)) GTEST_SKIP() << "code page 932 not available";
     TempDir dir;
-    const std::string path = dir.File("アラート.TXT");
+    const std::string name = "アラート.TXT", path = dir.File(name);
     ASSERT_EQ(WriteAlertList(SmallList({"zz_日本(遅い)"}), path, true, 932), AlertFileResult::Ok);
-    EXPECT_EQ(ReadBytes(path).find("アラート"), std::string::npos) << "no UTF-8 on disk";
+    EXPECT_EQ(dir.Get(name).find("アラート"), std::string::npos) << "no UTF-8 on disk";
     AlertList ja = SmallList();
     ASSERT_EQ(ReadAlertList(path, ja, 932), AlertFileResult::Ok);
     EXPECT_EQ(UserEntries(ja), (Entries{"zz_日本(遅い)"}));
-    EXPECT_EQ(FormatAlertFile(ja, true), core::ToUtf8(ReadBytes(path), 932));
+    EXPECT_EQ(FormatAlertFile(ja, true), core::ToUtf8(dir.Get(name), 932));
 }
 
 TEST(AlertFile, MissingOrGarbageFilesAndFailedWritesLoseNothing) {
@@ -128,16 +127,16 @@ TEST(AlertFile, MissingOrGarbageFilesAndFailedWritesLoseNothing) {
     const std::string path = dir.File("Alert.TXT");
     std::string junk;
     for (int i = 0; i < 4096; ++i) junk += static_cast<char>((i * 7919) & 0xFF);
-    WriteBytes(path, junk + std::string(3, '\0') + ",,,   ,\r\r\n\n(((");
+    dir.Put("Alert.TXT", junk + std::string(3, '\0') + ",,,   ,\r\r\n\n(((");
     ASSERT_EQ(ReadAlertList(path, list, 1252), AlertFileResult::Ok);
     for (std::int32_t i = 1; i <= list.AlertCount; ++i) EXPECT_FALSE(list.Entry(i).empty()) << i;
     EXPECT_EQ(list.Entry(3), "//");
 
     // A list that never saw the file's entries is not written over it.
-    WriteBytes(path, "#\r\nzz_old,");
+    dir.Put("Alert.TXT", "#\r\nzz_old,");
     list.FileUnreadable = true;
     EXPECT_EQ(WriteAlertList(list, path, false, 1252), AlertFileResult::Refused);
-    EXPECT_EQ(ReadBytes(path), "#\r\nzz_old,");
+    EXPECT_EQ(dir.Get("Alert.TXT"), "#\r\nzz_old,");
     // A folder where the file should go cannot be replaced.
     list.FileUnreadable = false;
     std::filesystem::create_directories(dir.File("busy"));

@@ -6,10 +6,9 @@
 #include "platform/clock.h"
 #include "platform/sim_desktop.h"
 #include "players/ratings.h"
-#include "players/test_dir.h"
+#include "core/temp_dir.h"
 
 using namespace players;
-using namespace players_test;
 
 namespace {
 const std::array<std::string, 4> kSeats = {"zz_north", "zz_me_first", "zz_south_with_long_name", " zz_west "};
@@ -92,7 +91,7 @@ TEST_F(RatingsFixture, RatingValuesStylesAndCountingPermission) {
         EXPECT_EQ(ratings.CountingPermission(t, v), allowed) << text;
     }
     ratings.Options.Japanese = false;
-    WriteBytes(dir.File("SpadesBid.spd"), "");
+    dir.Put("SpadesBid.spd", "");
     EXPECT_TRUE(ratings.CountingPermission("1600", 1600)) << "1600 to 1999 with the marker file";
     EXPECT_FALSE(ratings.CountingPermission("2000", 2000));
     ratings.UpdateCountingAllowed("1599", 1599);
@@ -106,12 +105,12 @@ TEST_F(RatingsFixture, AFinishedGameGoesOnTopOfTheHistoryKeepingEveryOldByte) {
     std::string old;
     for (int i = 0; i < 3500; ++i) old += std::to_string(1000 + i) + " line\r\n";
     old += std::string("\x81\x00\xff tail", 8);  // no final line end, bytes of no character
-    WriteBytes(history, old);
+    dir.Put("SpadesHistory.TXT", old);
     Seat("zz_me_first 1534");
     ratings.ReadShowRating(1, ctx);
     EXPECT_EQ(ratings.MyIdIndex, 1);
     ASSERT_EQ(ratings.LastHistory, HistoryResult::Written);
-    EXPECT_EQ(ReadBytes(history),
+    EXPECT_EQ(dir.Get("SpadesHistory.TXT"),
               "1534 2013/03/05 21:07:44 Win  (520,310) zz_north     zz_me_first  zz_south_wit zz_west      USA\r\n" +
                   old + "\r\n");
     EXPECT_FALSE(std::filesystem::exists(history + ".tmp~"));
@@ -148,16 +147,16 @@ TEST_F(RatingsFixture, GamesThatAreNotRecorded) {
     ctx.SeatNames = {"robot_1", "zz_me_first", "robot_2", "zz_west"};
     ratings.ReadShowRating(1, ctx);
     EXPECT_EQ(ratings.LastHistory, HistoryResult::NotRecorded) << "two robots at the table";
-    EXPECT_EQ(ReadBytes(history), "") << "created empty all the same";
+    EXPECT_EQ(dir.Get("SpadesHistory.TXT"), "") << "created empty all the same";
     ctx.SeatNames = kSeats;
     ctx.TeamScore = {0, 0};
     ratings.ReadShowRating(1, ctx);
     EXPECT_EQ(ratings.LastHistory, HistoryResult::NotRecorded);
     // The same rating as the last line read: the game is already there.
     ctx.TeamScore = {520, 310};
-    WriteBytes(history, "1400 newest\r\n1534 oldest\r\n");
+    dir.Put("SpadesHistory.TXT", "1400 newest\r\n1534 oldest\r\n");
     ratings.ReadShowRating(2, ctx);
-    EXPECT_EQ(ReadBytes(history), "1400 newest\r\n1534 oldest\r\n");
+    EXPECT_EQ(dir.Get("SpadesHistory.TXT"), "1400 newest\r\n1534 oldest\r\n");
 
     ctx.CaptureBusy = true;
     Seat("zz_me_first 1777");
@@ -173,7 +172,7 @@ TEST_F(RatingsFixture, AProvisionalRatingIsRenewedAfterTheGame) {
     // Without a renewed number the line says "prov".
     ctx.ReadLines = [] { return std::vector<std::string>{"nothing here"}; };
     ratings.ReadShowRating(1, ctx);
-    const std::vector<std::string> lines = core::SplitLines(ReadBytes(history));
+    const std::vector<std::string> lines = core::SplitLines(dir.Get("SpadesHistory.TXT"));
     ASSERT_EQ(lines.size(), 2u);
     EXPECT_EQ(lines[0].substr(0, 5), "prov ");
     EXPECT_EQ(lines[1].substr(0, 30), "1456 2013/03/05 21:07:44 Win  ");
