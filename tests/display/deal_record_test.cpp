@@ -41,7 +41,7 @@ const std::string kSampleFile =
 
 struct RecordDir {
     explicit RecordDir(int codePage = core::kCodePageWestern) : files{clock, dir.Folders(), codePage} {}
-    TempDir dir;
+    ProgramDir dir;
     platform::VirtualClock clock{platform::LocalTime{2026, 3, 5, 23, 59, 0}};  // 5 March, a minute to midnight
     RecordFiles files;
     // Writes `rec` and reads it back; the name written goes to `name`.
@@ -61,12 +61,12 @@ TEST(DealRecordFile, WritesTheExactBytesAndReadsThemBack) {
     std::string name;
     EXPECT_EQ(d.RoundTrip(SampleDeal(), &name), SampleDeal());
     ASSERT_EQ(name, "03_05_001");
-    EXPECT_EQ(ReadBytes(d.dir.WorkFile("03_05_001.spd")), kSampleFile);
+    EXPECT_EQ(d.dir.GetWork("03_05_001.spd"), kSampleFile);
 }
 
 TEST(DealRecordFile, NumberingOnTheFifthOfMarch) {
     RecordDir d;
-    WriteBytes(d.dir.WorkFile("03_05_009.SPD"), "keep me\r\n");
+    d.dir.PutWork("03_05_009.SPD", "keep me\r\n");
     // Entries of today seed the counter; another day's entry does not.
     EXPECT_EQ(d.files.WriteRecordFile(SampleDeal(), {"03_05_001", "02_28_044", "03_05_007"}), "03_05_008");
     // The counter and its date live for the run: past midnight, and with
@@ -74,7 +74,7 @@ TEST(DealRecordFile, NumberingOnTheFifthOfMarch) {
     // in any letter case is skipped and left alone.
     d.clock.Advance(2 * 60 * 1000);
     EXPECT_EQ(d.files.WriteRecordFile(SampleDeal(), {"03_06_050"}), "03_05_010");
-    EXPECT_EQ(ReadBytes(d.dir.WorkFile("03_05_009.SPD")), "keep me\r\n");
+    EXPECT_EQ(d.dir.GetWork("03_05_009.SPD"), "keep me\r\n");
     EXPECT_EQ(d.files.Counter(), 11);
 
     RecordDir big;
@@ -89,12 +89,12 @@ TEST(DealRecordFile, TruncatedFilesGiveError62AndKeepWhatWasRead) {
     for (const auto& [lines, want] : cuts) {
         std::size_t at = 0;
         for (int i = 0; i < lines; ++i) at = kSampleFile.find("\r\n", at) + 2;
-        WriteBytes(d.dir.WorkFile("cut.spd"), kSampleFile.substr(0, at));
+        d.dir.PutWork("cut.spd", kSampleFile.substr(0, at));
         DealRecord rec;
         EXPECT_EQ(d.files.ReadRecordFile("cut", rec), ErrInputPastEnd) << lines;
         EXPECT_EQ(rec, want) << lines;
     }
-    WriteBytes(d.dir.WorkFile("empty.spd"), "");
+    d.dir.PutWork("empty.spd", "");
     DealRecord rec;
     EXPECT_EQ(d.files.ReadRecordFile("empty", rec), ErrInputPastEnd);
     EXPECT_EQ(d.files.ReadRecordFile("missing", rec), ErrFileNotFound);
@@ -138,20 +138,20 @@ TEST(DealRecordFile, TextsAreInTheInterfaceCodePage) {
     rec.Names[1] = "José";
     std::string name;
     EXPECT_EQ(western.RoundTrip(rec, &name), rec);
-    EXPECT_EQ(ReadBytes(western.dir.WorkFile(name + ".spd")).substr(0, 11), "Ann, Jos\xE9, ");
+    EXPECT_EQ(western.dir.GetWork(name + ".spd").substr(0, 11), "Ann, Jos\xE9, ");
 
     RecordDir japanese(core::kCodePageJapanese);
     rec.Names = {"あいう", "Bob", "ﾀﾛｳ", "Dee"};
     EXPECT_EQ(japanese.RoundTrip(rec, &name), rec);
     // Shift-JIS: あ = 82 A0, い = 82 A2, う = 82 A4; half-width katakana are single bytes.
-    const std::string bytes = ReadBytes(japanese.dir.WorkFile(name + ".spd"));
+    const std::string bytes = japanese.dir.GetWork(name + ".spd");
     EXPECT_EQ(bytes.substr(0, 6), "\x82\xA0\x82\xA2\x82\xA4");
     EXPECT_NE(bytes.find(", \xC0\xDB\xB3, "), std::string::npos);
 }
 
 TEST(DealRecordFile, LoadRecordStartsEmptyAndSparesTheMarkerOnlyOnline) {
     RecordDir d;
-    WriteBytes(d.dir.WorkFile("SpadesBid.spd"), "");
+    d.dir.PutWork("SpadesBid.spd", "");
     const std::string name = d.files.WriteRecordFile(SampleDeal(), {});
     DealRecord rec;
     rec.State = 7;
@@ -160,7 +160,7 @@ TEST(DealRecordFile, LoadRecordStartsEmptyAndSparesTheMarkerOnlyOnline) {
     EXPECT_EQ(rec, SampleDeal());
     EXPECT_EQ(d.files.CurrentName(), name);
     // A truncated record loaded over a full one leaves nothing of the old.
-    WriteBytes(d.dir.WorkFile("cut.spd"), "A, B, C, D\r\n");
+    d.dir.PutWork("cut.spd", "A, B, C, D\r\n");
     EXPECT_EQ(d.files.LoadRecord("cut", 1, rec), ErrInputPastEnd);
     EXPECT_EQ(rec.ScoreRowCount, 0);
     EXPECT_EQ(rec.Trick[0][0], "");
@@ -168,7 +168,7 @@ TEST(DealRecordFile, LoadRecordStartsEmptyAndSparesTheMarkerOnlyOnline) {
     EXPECT_FALSE(d.files.SpareMarker());
     d.files.RemoveMarkerAtExit();
     EXPECT_FALSE(d.files.MarkerExists());
-    WriteBytes(d.dir.WorkFile("SpadesBid.spd"), "");
+    d.dir.PutWork("SpadesBid.spd", "");
     d.files.LoadRecord(name, 2, rec);
     d.files.RemoveMarkerAtExit();
     EXPECT_TRUE(d.files.MarkerExists()) << "a record loaded in on-line mode 2 spares it";

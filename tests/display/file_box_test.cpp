@@ -10,10 +10,8 @@ using namespace display_test;
 namespace {
 
 struct Box {
-    TempDir dir;
+    ProgramDir dir;
     FileBox box;
-    void Put(const std::string& file, const std::string& text) { WriteBytes(dir.WorkFile(file), text); }
-    std::string Get(const std::string& file) { return ReadBytes(dir.WorkFile(file)); }
     // Delete the selected entries and answer DEL.
     void Delete(std::vector<int> selected) {
         for (int i : selected) box.Select(i);
@@ -37,7 +35,7 @@ TEST(FileBox, FillListsRecordsNewestFirstWithoutBackupsOrTheMarker) {
     Box b;
     for (const char* f : {"03_05_001.spd", "03_05_007.spd", "03_04_002.SPD", "BAK03_05_003.spd", "SpadesBid.spd",
                           "RecordNILs.TXT"})
-        b.Put(f, "x");
+        b.dir.PutWork(f, "x");
     std::filesystem::create_directory(b.dir.WorkFile("folder.spd"));
     b.box.Fill(b.dir.Work());
     EXPECT_EQ(b.box.Entries, (std::vector<std::string>{"03_05_007", "03_05_001", "03_04_002"}));
@@ -53,7 +51,7 @@ TEST(FileBox, FillListsRecordsNewestFirstWithoutBackupsOrTheMarker) {
 
 TEST(FileBox, DeleteWaitsForTheAnswerAndLocksTheOtherFileOperations) {
     Box b;
-    b.Put("03_05_001.spd", "one");
+    b.dir.PutWork("03_05_001.spd", "one");
     b.box.Fill(b.dir.Work());
     EXPECT_FALSE(b.box.filBox_KeyDown(KeyDelete)) << "nothing selected: nothing happens";
     b.box.Select(0);
@@ -75,32 +73,32 @@ TEST(FileBox, DeleteWaitsForTheAnswerAndLocksTheOtherFileOperations) {
     EXPECT_EQ(b.box.ClickedName(5, false), "");
     // DEL does nothing when no delete is pending.
     b.box.cmdDEL_Click(b.dir.Work());
-    EXPECT_EQ(b.Get("03_05_001.spd"), "one");
+    EXPECT_EQ(b.dir.GetWork("03_05_001.spd"), "one");
 }
 
 TEST(FileBox, DelMovesEverySelectedRecordToItsBackupKeepingOnlyTheNewest) {
     Box b;
-    for (const char* n : {"03_05_001", "03_05_002", "03_05_003", "03_05_004"}) b.Put(std::string(n) + ".spd", n);
+    for (const char* n : {"03_05_001", "03_05_002", "03_05_003", "03_05_004"}) b.dir.PutWork(std::string(n) + ".spd", n);
     b.box.Fill(b.dir.Work());  // 004, 003, 002, 001
     b.Delete({0, 2, 3});
     EXPECT_EQ(b.box.Entries, (std::vector<std::string>{"03_05_003"}));
     EXPECT_EQ(b.box.Selected, (std::vector<bool>{false}));
-    EXPECT_EQ(b.Get("BAK03_05_004.spd"), "03_05_004");
-    EXPECT_EQ(b.Get("BAK03_05_001.spd"), "03_05_001");
-    EXPECT_FALSE(Exists(b.dir.WorkFile("03_05_004.spd")));
-    EXPECT_TRUE(Exists(b.dir.WorkFile("03_05_003.spd")));
+    EXPECT_EQ(b.dir.GetWork("BAK03_05_004.spd"), "03_05_004");
+    EXPECT_EQ(b.dir.GetWork("BAK03_05_001.spd"), "03_05_001");
+    EXPECT_FALSE(b.dir.HasWork("03_05_004.spd"));
+    EXPECT_TRUE(b.dir.HasWork("03_05_003.spd"));
     EXPECT_EQ(b.Controls(), kIdle);
 
     // Restored by hand, changed, deleted again: the newer backup replaces the older.
-    b.Put("03_05_001.spd", "second");
+    b.dir.PutWork("03_05_001.spd", "second");
     b.box.Fill(b.dir.Work());
     b.Delete({1});
-    EXPECT_EQ(b.Get("BAK03_05_001.spd"), "second");
-    EXPECT_FALSE(Exists(b.dir.WorkFile("03_05_001.spd")));
+    EXPECT_EQ(b.dir.GetWork("BAK03_05_001.spd"), "second");
+    EXPECT_FALSE(b.dir.HasWork("03_05_001.spd"));
 
     // An entry whose file is gone never costs the backup.
     b.box.InsertTop("03_05_004");
     b.box.BeginDelete();
     b.box.cmdDEL_Click(b.dir.Work());
-    EXPECT_EQ(b.Get("BAK03_05_004.spd"), "03_05_004");
+    EXPECT_EQ(b.dir.GetWork("BAK03_05_004.spd"), "03_05_004");
 }

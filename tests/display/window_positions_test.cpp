@@ -43,13 +43,13 @@ TEST(WindowPositions, LinesInPrintZonesKeepingOldPairsAndClamping) {
 }
 
 TEST(WindowPositions, SaveAndLoadRoundTrip) {
-    TempDir dir;
-    const std::string path = dir.ProgramFile("Pos.CFG");
+    ProgramDir dir;
+    const std::string path = dir.File("Pos.CFG");
     PosTable cur{};
     cur[PosSpadesWindow] = {10, 20};
     cur[PosCardPlayWindow] = {300, 400};
     ASSERT_TRUE(SaveWindowPositions(path, 1280, kMain, cur, kCp));
-    EXPECT_EQ(ReadBytes(path).substr(0, 31), " 1280         PC Screen Width\r\n");
+    EXPECT_EQ(dir.Get("Pos.CFG").substr(0, 31), " 1280         PC Screen Width\r\n");
     // Next run: only the score window is open; the others keep their pairs.
     PosTable next{};
     next[PosScoreWindow] = {55, 66};
@@ -63,9 +63,9 @@ TEST(WindowPositions, SaveAndLoadRoundTrip) {
 }
 
 TEST(WindowPositions, LoadClampsPairsAndKeepsTheMainWindowOnScreen) {
-    TempDir dir;
-    const std::string path = dir.ProgramFile("pos.txt");
-    WriteBytes(path,
+    ProgramDir dir;
+    const std::string path = dir.File("pos.txt");
+    dir.Put("pos.txt",
                " 1024         PC Screen Width\r\n"
                " 900          -1           600          Tarvello Window\r\n"
                " 1200         30           Spades Window\r\n"
@@ -78,30 +78,30 @@ TEST(WindowPositions, LoadClampsPairsAndKeepsTheMainWindowOnScreen) {
     EXPECT_EQ(got.PosCount, 3);
     EXPECT_EQ(got.Pos, (PosTable{P{0, 30}, P{-10, -15}, P{5, 0}}));
     // Past the bottom: moved up to end at the edge.
-    WriteBytes(path, " 1024 \r\n 10 700 \r\n");
+    dir.Put("pos.txt", " 1024 \r\n 10 700 \r\n");
     const LoadedPositions low = LoadWindowPositions(path, {1024, 768}, platform::Rect{0, 0, 300, 600}, kCp);
     EXPECT_EQ(low.Main, (platform::Rect{10, 168, 310, 768}));
     EXPECT_EQ(low.PosCount, 0);
 }
 
 TEST(WindowPositions, OtherScreenWidthsMissingSettingsAndGarbage) {
-    TempDir dir;
-    const std::string path = dir.ProgramFile("pos.txt");
+    ProgramDir dir;
+    const std::string path = dir.File("pos.txt");
     ASSERT_TRUE(SaveWindowPositions(path, 1280, kMain, PosTable{}, kCp));
     LoadedPositions got = LoadWindowPositions(path, {1920, 1080}, kMain, kCp);
     EXPECT_TRUE(!got.Found && got.Deleted) << "a file for another screen width is deleted";
     EXPECT_EQ(got.Main, kMain);
-    EXPECT_FALSE(Exists(path));
+    EXPECT_FALSE(std::filesystem::exists(path));
     got = LoadWindowPositions(path, {1920, 1080}, kMain, kCp);
     EXPECT_FALSE(got.Found || got.Deleted);
     // No setting: nothing happens; a setting names the file in any letter case.
     EXPECT_TRUE(SaveWindowPositions("", 1280, kMain, PosTable{}, kCp));
     EXPECT_EQ(PositionFilePath(dir.Folders(), "  "), "");
-    WriteBytes(dir.ProgramFile("Pos.Cfg"), "");
-    EXPECT_EQ(PositionFilePath(dir.Folders(), "POS.CFG"), dir.ProgramFile("Pos.Cfg"));
+    dir.Put("Pos.Cfg", "");
+    EXPECT_EQ(PositionFilePath(dir.Folders(), "POS.CFG"), dir.File("Pos.Cfg"));
 
     // Garbage reads as zeros and is rewritten whole.
-    WriteBytes(path, std::string("\x00\xFF garbage\r\n,,,,\r\n\r\nabc def\r\n 99999999999 -99999999999\r\n", 56));
+    dir.Put("pos.txt", std::string("\x00\xFF garbage\r\n,,,,\r\n\r\nabc def\r\n 99999999999 -99999999999\r\n", 56));
     const PosTable prev = ReadPreviousPositions(path, kCp);
     EXPECT_EQ(prev[0], (P{0, 0}));
     EXPECT_EQ(prev[1], (P{0, 0}));

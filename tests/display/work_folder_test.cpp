@@ -15,15 +15,13 @@ namespace {
 const platform::Rect kMain{40, 30, 340, 630};
 
 struct Work {
-    TempDir dir;
+    ProgramDir dir;
     FileBox box;
     DealRecord rec;
     DelWorkDialog seen;
     int asked = 0;
 
-    void Put(const std::string& file, const std::string& text = "x") { WriteBytes(dir.WorkFile(file), text); }
-    bool Has(const std::string& file) { return Exists(dir.WorkFile(file)); }
-    std::string Get(const std::string& file) { return ReadBytes(dir.WorkFile(file)); }
+    void Put(const std::string& file, const std::string& text = "x") { dir.PutWork(file, text); }
     // Presses "Delete ALL Work Files" and answers the dialog; `meanwhile` runs while it is open.
     DelWorkResult Press(bool answer, int tableMode = 3, bool busy = false, std::function<void()> meanwhile = {}) {
         return cmdDelFiles_Click(dir.Work(), tableMode, false, kMain, busy,
@@ -51,8 +49,8 @@ TEST(WorkFolder, ScanSortsFilesAndRemovesBackupsOfBackups) {
     EXPECT_EQ(scan.Records, (Names{"03_05_001", "12_31_100"}));
     EXPECT_EQ(scan.Backups, (Names{"03_05_002", "03_05_003"}));
     EXPECT_EQ(scan.Removed, 2);
-    EXPECT_FALSE(w.Has("BAKBAK03_05_004.spd") || w.Has("bakBak.spd"));
-    for (const auto& f : others) EXPECT_TRUE(w.Has(f)) << f << " is never touched";
+    EXPECT_FALSE(w.dir.HasWork("BAKBAK03_05_004.spd") || w.dir.HasWork("bakBak.spd"));
+    for (const auto& f : others) EXPECT_TRUE(w.dir.HasWork(f)) << f << " is never touched";
     EXPECT_EQ(ScanWorkFolder(w.dir.Work(), ".brg").Records, (Names{"03_05_001"}));
     EXPECT_TRUE(ScanWorkFolder(w.dir.WorkFile("missing"), ".spd").Records.empty());
 }
@@ -70,9 +68,9 @@ TEST(WorkFolder, DeleteReplacesTheOlderBackupGenerationAndRestoreUndoesIt) {
     EXPECT_TRUE(r.Confirmed);
     EXPECT_EQ(r.Deleted, 1);
     EXPECT_EQ(r.Renamed, 1);
-    EXPECT_FALSE(w.Has("BAK03_04_009.spd") || w.Has("03_05_001.spd"));
-    EXPECT_EQ(w.Get("BAK03_05_001.spd"), "new record");
-    EXPECT_TRUE(w.Has("BAK_readme.txt"));
+    EXPECT_FALSE(w.dir.HasWork("BAK03_04_009.spd") || w.dir.HasWork("03_05_001.spd"));
+    EXPECT_EQ(w.dir.GetWork("BAK03_05_001.spd"), "new record");
+    EXPECT_TRUE(w.dir.HasWork("BAK_readme.txt"));
     EXPECT_EQ(w.box.Count(), 0);
     EXPECT_EQ(w.rec.ScoreRowCount, 0);
 
@@ -82,15 +80,15 @@ TEST(WorkFolder, DeleteReplacesTheOlderBackupGenerationAndRestoreUndoesIt) {
     EXPECT_TRUE(w.seen.RestoreMode && r.Restored);
     EXPECT_EQ(w.seen.ButtonCaption, "Restore Work Files");
     EXPECT_EQ(r.Renamed, 2);
-    EXPECT_EQ(w.Get("03_05_001.spd"), "new record");
-    EXPECT_FALSE(w.Has("BAK03_05_001.spd"));
+    EXPECT_EQ(w.dir.GetWork("03_05_001.spd"), "new record");
+    EXPECT_FALSE(w.dir.HasWork("BAK03_05_001.spd"));
     EXPECT_EQ(w.box.Entries, (Names{"03_05_002", "03_05_001"}));
     // Cancelled: nothing moved, the box stays as it was.
     w.Put("BAK03_05_001.spd");
     w.Press(false);
     EXPECT_FALSE(w.seen.RestoreMode) << "a record and a backup mean delete mode";
     EXPECT_EQ(w.seen.Lines.back(), "  May really Delete All ?");
-    EXPECT_TRUE(w.Has("03_05_001.spd"));
+    EXPECT_TRUE(w.dir.HasWork("03_05_001.spd"));
     EXPECT_EQ(w.box.Count(), 2);
 }
 
@@ -102,13 +100,13 @@ TEST(WorkFolder, BusyBridgeTablesAndRecordsWrittenMeanwhile) {
     EXPECT_EQ(w.asked, 0) << "nothing runs while another file operation does";
     w.Press(true, 0);
     EXPECT_EQ(w.seen.Lines[0], " Delete All Files ( *.brg) in Work Folder");
-    EXPECT_TRUE(w.Has("BAK03_05_001.brg") && w.Has("03_05_002.spd"));
+    EXPECT_TRUE(w.dir.HasWork("BAK03_05_001.brg") && w.dir.HasWork("03_05_002.spd"));
 
     // A record filed while the restore dialog is open is never overwritten.
     const DelWorkResult r = w.Press(true, 0, false, [&] { w.Put("03_05_001.brg", "newer"); });
     EXPECT_EQ(r.Renamed, 0);
-    EXPECT_EQ(w.Get("03_05_001.brg"), "newer");
-    EXPECT_EQ(w.Get("BAK03_05_001.brg"), "bridge");
+    EXPECT_EQ(w.dir.GetWork("03_05_001.brg"), "newer");
+    EXPECT_EQ(w.dir.GetWork("BAK03_05_001.brg"), "bridge");
 }
 
 TEST(WorkFolder, DialogTextsFollowTheModeAndTheInterface) {
