@@ -87,7 +87,7 @@ TEST(WorkFolder, DeleteReplacesTheOlderBackupGenerationAndRestoreUndoesIt) {
     w.Put("BAK03_05_001.spd");
     w.Press(false);
     EXPECT_FALSE(w.seen.RestoreMode) << "a record and a backup mean delete mode";
-    EXPECT_EQ(w.seen.Lines.back(), "  May really Delete All ?");
+    EXPECT_EQ(w.seen.Lines, (Names{" Delete All Files ( *.spd) in Work Folder", w.dir.Work(), "  May really Delete All ?"}));
     EXPECT_TRUE(w.dir.HasWork("03_05_001.spd"));
     EXPECT_EQ(w.box.Count(), 2);
 }
@@ -109,17 +109,16 @@ TEST(WorkFolder, BusyBridgeTablesAndRecordsWrittenMeanwhile) {
     EXPECT_EQ(w.dir.GetWork("BAK03_05_001.brg"), "bridge");
 }
 
-TEST(WorkFolder, DialogTextsFollowTheModeAndTheInterface) {
+TEST(WorkFolder, JapaneseDialogTexts) {
     WorkScan scan;
-    scan.Records = {"03_05_001"};
+    scan.Backups = {"03_05_001"};
     DelWorkDialog d;
-    PrepareDelWork(d, scan, ".spd", "/p/Work", false, kMain);
-    EXPECT_EQ(d.Lines, (Names{" Delete All Files ( *.spd) in Work Folder", "/p/Work", "  May really Delete All ?"}));
-    EXPECT_EQ((platform::Point{d.Rect.Left, d.Rect.Top}), (platform::Point{kMain.Left, kMain.Top}));
-    std::swap(scan.Records, scan.Backups);
     PrepareDelWork(d, scan, ".brg", "/p/Work", true, kMain);
     EXPECT_TRUE(d.RestoreMode);
     EXPECT_EQ(d.ButtonCaption, "作業用ファイルを復元する");
-    EXPECT_EQ(d.Lines[0], " 作業用ファイル ( *.brg) を復元できます。");
+    EXPECT_EQ(d.Lines, (Names{" 作業用ファイル ( *.brg) を復元できます。", " 復元しますか ？"}));
     EXPECT_EQ(d.CancelCaption, "取り消し");
+    scan.Records = {"03_05_001"};
+    PrepareDelWork(d, scan, ".spd", "/p/Work", true, kMain);
+    EXPECT_EQ(d.Lines, (Names{" 下記フォルダ内の全ファイル ( *.spd) を削除します。", "/p/Work", " よろしいですか ？"}));
 }

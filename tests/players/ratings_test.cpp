@@ -57,11 +57,6 @@ struct RatingsFixture : ::testing::Test {
         ctx.SeatNames = kSeats;
     }
     void Seat(const std::string& myLine) { table = TableNames{{"zz_north 1400", myLine, "zz_south 1700"}, 3}; }
-    // The rating label: caption, font, weight.
-    std::string Shown() const {
-        const RatingLabel& l = ratings.MyRating;
-        return l.Caption + (l.FontName.empty() ? "" : " " + l.FontName) + (l.Bold ? " bold" : "");
-    }
 };
 
 }  // namespace
@@ -87,7 +82,8 @@ TEST_F(RatingsFixture, RatingValuesStylesAndCountingPermission) {
         std::int32_t v = 12345;
         ratings.ShowMyRating(t, v);
         EXPECT_EQ(v, value) << text;
-        EXPECT_EQ(Shown(), shown) << text;
+        const RatingLabel& l = ratings.MyRating;
+        EXPECT_EQ(l.Caption + (l.FontName.empty() ? "" : " " + l.FontName) + (l.Bold ? " bold" : ""), shown) << text;
         EXPECT_EQ(ratings.CountingPermission(t, v), allowed) << text;
     }
     ratings.Options.Japanese = false;
