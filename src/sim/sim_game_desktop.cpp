@@ -221,8 +221,11 @@ LastHandView SimGameDesktop::LastHandViewOf(const TableState& s, int language) {
 ScoreWindowView SimGameDesktop::ScoreViewOf(const TableState& s, int clientHeight) {
     ScoreWindowView v;
     v.Lines = s.scoreLines;
-    // The window shows as many rows as fit; it does not scroll by itself.
-    v.Rows = std::max(0, (clientHeight - score_window::Height(0)) / score_window::kLinePitch);
+    // The window does not scroll by itself: every row whose top lies inside
+    // the client area is drawn, the last one cut off at the bottom edge, so
+    // a blank row the reader sees whole really ends the table.
+    const int below = clientHeight - (score_window::kTableTop + 1);
+    v.Rows = below > 0 ? (below + score_window::kLinePitch - 1) / score_window::kLinePitch : 0;
     return v;
 }
 

@@ -165,6 +165,12 @@ TEST(Session, WholeGameTo500InEnglishWritesTheRatingHistory) {
     ASSERT_TRUE(core::ReadTextFile(core::JoinPath(r.home, "SpadesHistory.TXT"), 1252, hist));
     ASSERT_FALSE(hist.empty());
     EXPECT_NE(hist[0].find("1534"), std::string::npos) << hist[0];
+    // The next game begins in the emptied score window, which the reader
+    // shrinks; its deals are filed too, also those the shrunk window cuts off.
+    const std::size_t firstGame = r.filed.size();
+    for (int i = 0; i < 3600 && r.filed.size() < firstGame + 5; ++i) r.s.Advance(1000);
+    ASSERT_EQ(r.filed.size(), firstGame + 5);
+    EXPECT_EQ(r.filed.back().ScoreRow, r.GameLines()[firstGame + 4]);
     r.ExpectNoStrayClicks();
 }
 
