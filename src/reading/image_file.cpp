@@ -44,9 +44,15 @@ bool LoadBmp(const std::string& b, platform::Image& out, std::string& error) {
     }
     const bool topDown = rawH < 0;
     const std::int64_t h = topDown ? -static_cast<std::int64_t>(rawH) : rawH;
-    if (w <= 0 || h <= 0 || w > 20000 || h > 20000) {
+    if (w < 0 || w > 20000 || h > 20000) {
         error = "BMP size out of range";
         return false;
+    }
+    // A bitmap without rows or columns is a valid, empty picture: the readers
+    // then see a capture that delivered nothing.
+    if (w == 0 || h == 0) {
+        out = platform::Image(w, static_cast<std::int32_t>(h));
+        return true;
     }
     const std::size_t bytesPP = bpp / 8;
     const std::size_t stride = (static_cast<std::size_t>(w) * bytesPP + 3) & ~static_cast<std::size_t>(3);
@@ -68,27 +74,75 @@ bool LoadBmp(const std::string& b, platform::Image& out, std::string& error) {
     return true;
 }
 
+struct PngSource {
+    const std::string* bytes;
+    std::size_t at;
+    char message[200];
+};
+
+void PngRead(png_structp png, png_bytep out, png_size_t n) {
+    auto* src = static_cast<PngSource*>(png_get_io_ptr(png));
+    if (n > src->bytes->size() - src->at) png_error(png, "file truncated");
+    std::memcpy(out, src->bytes->data() + src->at, n);
+    src->at += n;
+}
+
+void PngFail(png_structp png, png_const_charp msg) {
+    auto* src = static_cast<PngSource*>(png_get_error_ptr(png));
+    std::snprintf(src->message, sizeof src->message, "%s", msg);
+    png_longjmp(png, 1);
+}
+
+void PngWarn(png_structp, png_const_charp) {}
+
+// The stored bytes of each channel as they are: no gamma, colour-space or
+// alpha processing (a capture copies pixels, it does not compose them).
+// Only plain objects live in this frame, so the error jump skips no destructor.
+bool DecodePng(PngSource& src, std::vector<unsigned char>& rgb, std::vector<png_bytep>& rows, png_uint_32& w,
+               png_uint_32& h) {
+    png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, &src, PngFail, PngWarn);
+    if (!png) return false;
+    png_infop info = png_create_info_struct(png);
+    if (!info) {
+        png_destroy_read_struct(&png, nullptr, nullptr);
+        return false;
+    }
+    if (setjmp(png_jmpbuf(png))) {
+        png_destroy_read_struct(&png, &info, nullptr);
+        return false;
+    }
+    png_set_read_fn(png, &src, PngRead);
+    png_read_info(png, info);
+    w = png_get_image_width(png, info);
+    h = png_get_image_height(png, info);
+    if (w > 20000 || h > 20000) png_error(png, "size out of range");
+    const int colour = png_get_color_type(png, info);
+    png_set_strip_16(png);
+    png_set_expand(png);  // palette and low-depth gray to 8-bit samples
+    if (colour == PNG_COLOR_TYPE_GRAY || colour == PNG_COLOR_TYPE_GRAY_ALPHA) png_set_gray_to_rgb(png);
+    png_set_strip_alpha(png);
+    png_set_interlace_handling(png);
+    png_read_update_info(png, info);
+    if (png_get_rowbytes(png, info) != static_cast<png_size_t>(w) * 3) png_error(png, "unsupported pixel layout");
+    rgb.resize(static_cast<std::size_t>(w) * h * 3);
+    rows.resize(h);
+    for (png_uint_32 y = 0; y < h; ++y) rows[y] = rgb.data() + static_cast<std::size_t>(y) * w * 3;
+    png_read_image(png, rows.data());
+    png_read_end(png, nullptr);
+    png_destroy_read_struct(&png, &info, nullptr);
+    return true;
+}
+
 bool LoadPng(const std::string& b, platform::Image& out, std::string& error) {
-    png_image img;
-    std::memset(&img, 0, sizeof img);
-    img.version = PNG_IMAGE_VERSION;
-    if (!png_image_begin_read_from_memory(&img, b.data(), b.size())) {
-        error = std::string("PNG: ") + img.message;
+    PngSource src{&b, 0, "cannot decode"};
+    std::vector<unsigned char> buf;
+    std::vector<png_bytep> rows;
+    png_uint_32 pw = 0, ph = 0;
+    if (!DecodePng(src, buf, rows, pw, ph)) {
+        error = std::string("PNG: ") + src.message;
         return false;
     }
-    if (img.width == 0 || img.height == 0 || img.width > 20000 || img.height > 20000) {
-        png_image_free(&img);
-        error = "PNG size out of range";
-        return false;
-    }
-    img.format = PNG_FORMAT_RGB;
-    std::vector<unsigned char> buf(PNG_IMAGE_SIZE(img));
-    if (!png_image_finish_read(&img, nullptr, buf.data(), 0, nullptr)) {
-        error = std::string("PNG: ") + img.message;
-        png_image_free(&img);
-        return false;
-    }
-    const auto w = static_cast<std::int32_t>(img.width), h = static_cast<std::int32_t>(img.height);
+    const auto w = static_cast<std::int32_t>(pw), h = static_cast<std::int32_t>(ph);
     out = platform::Image(w, h);
     for (std::int32_t y = 0; y < h; ++y)
         for (std::int32_t x = 0; x < w; ++x) {

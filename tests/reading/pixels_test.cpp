@@ -214,3 +214,43 @@ TEST(ImageFiles, PngAndBmpRoundTripAndGarbageIsRefused) {
     EXPECT_FALSE(LoadImageBytes("", back, err));
     EXPECT_FALSE(LoadImageFile("/nonexistent/x.png", back, err));
 }
+
+// A capture copies pixels as stored: a PNG's gamma chunk must not change
+// them, and a bitmap without rows is an empty picture, not a broken file.
+TEST(ImageFiles, PngGammaIsIgnoredAndARowlessBmpIsEmpty) {
+    Image img(3, 2);
+    img.Set(1, 0, Rgb(100, 150, 200));
+    img.Set(2, 1, Rgb(8, 0, 248));
+    const std::string path = ::testing::TempDir() + "/pixels_gamma.png";
+    std::string err;
+    ASSERT_TRUE(SaveImagePng(path, img, err)) << err;
+    std::ifstream in(path, std::ios::binary);
+    std::string png((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    ASSERT_GT(png.size(), 33u);
+    auto crc = [](const std::string& s) {
+        std::uint32_t c = 0xFFFFFFFFu;
+        for (unsigned char b : s) {
+            c ^= b;
+            for (int k = 0; k < 8; ++k) c = (c >> 1) ^ (0xEDB88320u & (0u - (c & 1u)));
+        }
+        return ~c;
+    };
+    auto be = [](std::uint32_t v) {
+        return std::string{static_cast<char>(v >> 24), static_cast<char>(v >> 16), static_cast<char>(v >> 8), static_cast<char>(v)};
+    };
+    const std::string body = "gAMA" + be(100000);  // linear light
+    png.insert(33, be(4) + body + be(crc(body)));   // right after IHDR
+    Image back;
+    ASSERT_TRUE(LoadImageBytes(png, back, err)) << err;
+    EXPECT_EQ(back.Pixels, img.Pixels);
+
+    std::string bmp = "BM";
+    auto le = [&](std::uint32_t v, int n) {
+        for (int i = 0; i < n; ++i) bmp += static_cast<char>((v >> (8 * i)) & 0xFF);
+    };
+    le(54, 4); le(0, 4); le(54, 4); le(40, 4); le(3, 4); le(0, 4); le(1, 2); le(24, 2);
+    le(0, 4); le(0, 4); le(0, 4); le(0, 4); le(0, 4); le(0, 4);
+    ASSERT_TRUE(LoadImageBytes(bmp, back, err)) << err;
+    EXPECT_EQ(back.Width, 3);
+    EXPECT_EQ(back.Height, 0);
+}
