@@ -18,7 +18,7 @@ std::vector<std::uint16_t> Copy(SimDesktop& d, WindowHandle h, bool client, Rect
 
 }  // namespace
 
-TEST(SimDesktopCapture, BottomUpFiveFiveFiveWithPaddedRows) {
+TEST(SimDesktopCapture, BottomUpFiveFiveFiveWithPaddedRowsAndTheClientArea) {
     SimDesktop d(800, 600);
     WindowHandle h = d.AddWindow("Game", {10, 20, 110, 120});
     Image img(100, 100, Rgb(255, 255, 255));
@@ -33,18 +33,14 @@ TEST(SimDesktopCapture, BottomUpFiveFiveFiveWithPaddedRows) {
     EXPECT_EQ(bits[(5 - 1 - 0) * 4 + 0], (31 << 10) | (1 << 5) | 2);
     EXPECT_EQ(bits[0 * 4 + 2], (0 << 10) | (1 << 5) | 31);
     EXPECT_EQ(bits[3], 0xFFFF) << "the pad word is left alone";
-}
 
-TEST(SimDesktopCapture, ClientAreaStartsInsideTheFrame) {
-    SimDesktop d;
-    WindowHandle h = d.AddWindow("Last Trick", {0, 0, 50, 60});
-    Image client(42, 33, Rgb(0, 0, 0));
-    d.SetClientImage(h, client);
+    // The client area starts inside the frame.
+    WindowHandle s = d.AddWindow("Last Trick", {0, 0, 50, 60});
+    d.SetClientImage(s, Image(42, 33, Rgb(0, 0, 0)));
     Rect cr;
-    ASSERT_TRUE(d.GetClientRect(h, cr));
+    ASSERT_TRUE(d.GetClientRect(s, cr));
     EXPECT_EQ(cr, (Rect{0, 0, 42, 33}));
-    std::int32_t lines = 0;
-    auto bits = Copy(d, h, true, cr, lines);
+    bits = Copy(d, s, true, cr, lines);
     EXPECT_EQ(lines, 33);
     EXPECT_EQ(std::count(bits.begin(), bits.begin() + 42, 0), 42);
 }

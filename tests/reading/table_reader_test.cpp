@@ -173,21 +173,15 @@ TEST(CaptureBidByHand, LabelsInTheirQuadrantsAndTheWaitPromptMargin) {
 
     // "lick" on the box's top 20 rows is not a wait prompt; lower down it is.
     const std::string kLower[4] = {"7FC000", "5FC000", "0F8104104088", "7FC020060098104"};  // l i c k
-    auto putLick = [&](platform::Image& im, int y) {
+    for (const auto& [row, want] : {std::pair{5, 0}, std::pair{40, 11}}) {
+        platform::Image im = img;
         int cx = 300;
-        for (const auto& s : kLower) cx = PutHex(im, cx, y, s) + (s.substr(s.size() - 3) == "000" ? 0 : 1);
-    };
-    platform::Image top = img;
-    putLick(top, 247 + 5);
-    Hand ht(top);
-    status = -1;
-    ht.reader.CaptureBid(bids, status);
-    EXPECT_EQ(status, 0);
-    platform::Image mid = img;
-    putLick(mid, 247 + 40);
-    Hand hm(mid);
-    hm.reader.CaptureBid(bids, status);
-    EXPECT_EQ(status, 11);
+        for (const auto& s : kLower) cx = PutHex(im, cx, 247 + row, s) + (s.substr(s.size() - 3) == "000" ? 0 : 1);
+        Hand hw(im);
+        status = -1;
+        hw.reader.CaptureBid(bids, status);
+        EXPECT_EQ(status, want) << "row " << row;
+    }
 }
 
 TEST(GetBoardStatByHand, OrdinaryPanelGivesFourteenButtons) {
@@ -220,13 +214,9 @@ TEST(GetBoardStatByHand, OrdinaryPanelGivesFourteenButtons) {
 }
 
 TEST(ReadWordsByHand, GapsPunctuationAndShortTexts) {
-    platform::SimDesktop desk;
-    platform::VirtualClock clock;
-    reading::Capture cap(desk, clock);
-    reading::GlyphTable glyphs;
-    reading::WinTitles titles;
-    reading::TableReader reader(cap, glyphs, titles);
-    reader.SelectReadingFont();
+    Hand h(platform::Image(8, 8));
+    auto& cap = h.cap;
+    auto& reader = h.reader;
     auto band = [&](const std::vector<std::string>& parts) {
         // parts: hex shapes, or "_n" for n blank columns.
         std::vector<std::uint16_t> cols;

@@ -25,6 +25,7 @@ struct Rig {
     platform::WindowHandle game = 0;
     platform::Image image;
 
+    Rig() = default;
     explicit Rig(const sim::TableView& v, int x = 0, int y = 0) {
         image = sim::RenderTableWindow(v, glyphs);
         game = desk.AddWindow(titles.Title(v.Language, reading::SlotTable), {x, y, x + image.Width, y + image.Height});
@@ -300,17 +301,13 @@ TEST(RenderedTable, GarbageTinyAndMissingWindowsGiveStatusesNotCrashes) {
     std::mt19937 rng(7);
     for (int size : {0, 1, 2, 30, 250, 640}) {  // 0: no game window at all
         SCOPED_TRACE("size " + std::to_string(size));
-        platform::SimDesktop desk;
-        platform::VirtualClock clock;
-        reading::Capture cap(desk, clock);
-        reading::GlyphTable glyphs;
-        reading::WinTitles titles;
-        reading::TableReader reader(cap, glyphs, titles);
+        Rig g;
+        auto& reader = g.reader;
         if (size > 0) {
             platform::Image img(size, size);
             for (auto& p : img.Pixels) p = rng() & 0xFFFFFF;
-            cap.GameWindow = desk.AddWindow("Game: Spades", {0, 0, size, size});
-            desk.SetImage(cap.GameWindow, img);
+            g.cap.GameWindow = g.desk.AddWindow("Game: Spades", {0, 0, size, size});
+            g.desk.SetImage(g.cap.GameWindow, img);
         }
         std::string box;
         reader.BoxStatus = [&](const std::string& s, bool) { box = s; };
