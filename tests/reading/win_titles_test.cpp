@@ -110,23 +110,18 @@ TEST(SubWindowSearch, AllSlotsBySiteLanguage) {
 
 TEST(TitleLookup, FindTitleGivesLowestRow) {
     const WinTitles t;
-    struct Row {
-        const char* title;
-        int lang, slot;
-    };
-    for (const Row r : {Row{"Spades Score", LangUSA, SlotScore}, Row{"Ultima mano", LangItaly, SlotLastHand},
-                        Row{"Partida: spades", LangEspanol, SlotTable}}) {
-        int lang = 0, slot = 0;
-        ASSERT_TRUE(t.FindTitle(r.title, lang, slot)) << r.title;
-        EXPECT_EQ(lang, r.lang) << r.title;
-        EXPECT_EQ(slot, r.slot) << r.title;
-    }
     int lang = 0, slot = 0;
+    ASSERT_TRUE(t.FindTitle("Spades Score", lang, slot));
+    EXPECT_EQ((std::pair{lang, slot}), (std::pair{LangUSA, SlotScore}));
+    ASSERT_TRUE(t.FindTitle("Ultima mano", lang, slot));
+    EXPECT_EQ((std::pair{lang, slot}), (std::pair{LangItaly, SlotLastHand}));
+    ASSERT_TRUE(t.FindTitle("Partida: spades", lang, slot));
+    EXPECT_EQ((std::pair{lang, slot}), (std::pair{LangEspanol, SlotTable}));
     EXPECT_FALSE(t.FindTitle("", lang, slot));
     EXPECT_FALSE(t.FindTitle("Last Tricks", lang, slot));
 }
 
-TEST(SiteWindows, KindsByTitle) {
+TEST(SiteWindows, KindsByTitleAndThePopupRule) {
     EXPECT_EQ(SiteWindowKind("Yahoo! Games: Game: Spades - Table: Oak Host: alice"), SiteWindow::Table);
     // The table wins over the lobby text in the same title.
     EXPECT_EQ(SiteWindowKind("Yahoo! Spades Game: Spades"), SiteWindow::Table);
@@ -135,12 +130,10 @@ TEST(SiteWindows, KindsByTitle) {
     EXPECT_EQ(SiteWindowKind("game: spades"), SiteWindow::None);
     EXPECT_EQ(SiteWindowKind("ゲーム：Spades"), SiteWindow::None);
     EXPECT_EQ(SiteWindowKind(""), SiteWindow::None);
-}
-
-TEST(SiteWindows, PopupRuleComparesSixCharacters) {
+    // Popups: six characters, not bytes, after trimming.
     const std::pair<std::string, bool> rows[] = {
         {"Player information", true}, {"Alert", true},          {"Alerts", false},       {"  Boot ", true},
-        {"Boot me", false},           {"プレーヤー情報", true},  // six characters, not bytes
+        {"Boot me", false},           {"プレーヤー情報", true},
         {"お知らせ", true},           {"お知らせです", false},  {"player info", false},  {"", false},
         {"\xE3\x81", false},  // truncated character
     };
