@@ -180,17 +180,13 @@ TEST(SubWindowCapture, KeepsTheWindowOnScreenMovesItHomeAndRetriesAfterReopen) {
     EXPECT_TRUE(r.cap.SubWindow[2].Placed);
 }
 
-TEST(ImageFiles, PngAndBmpRoundTripAndGarbageIsRefused) {
+// PNG saving and loading are checked together with the gamma chunk below.
+TEST(ImageFiles, BmpLoadsBottomUpAndGarbageIsRefused) {
     Image img(3, 2);
     img.Set(0, 0, Rgb(1, 2, 3));
     img.Set(2, 1, Rgb(250, 128, 7));
-    const std::string png = ::testing::TempDir() + "/pixels_test.png";
-    std::string err;
-    ASSERT_TRUE(SaveImagePng(png, img, err)) << err;
     Image back;
-    ASSERT_TRUE(LoadImageFile(png, back, err)) << err;
-    EXPECT_EQ(back.Pixels, img.Pixels);
-
+    std::string err;
     // 24-bit bottom-up BMP, 3x2, rows padded to 12 bytes.
     std::string bmp = "BM";
     auto le = [&](std::uint32_t v, int n) {
