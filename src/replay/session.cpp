@@ -74,9 +74,16 @@ int Session::GamesPlayed() const {
 
 bool Session::Run(std::uint64_t limitMs) {
     const std::uint64_t start = Clock.Elapsed();
-    std::uint64_t finishedAt = 0;
-    while (Clock.Elapsed() - start < limitMs) {
+    std::uint64_t finishedAt = 0, progressAt = start;
+    std::size_t events = Game.Game().Events().size();
+    while (limitMs == 0 || Clock.Elapsed() - start < limitMs) {
         if (App.Ended) return false;
+        if (Game.Game().Events().size() != events) {
+            events = Game.Game().Events().size();
+            progressAt = Clock.Elapsed();
+        } else if (!GameFinished() && Clock.Elapsed() - progressAt > kStallMs) {
+            return false;
+        }
         if (GameFinished()) {
             if (finishedAt == 0) finishedAt = Clock.Elapsed();
             if (App.FiledCount >= DealsPlayed() && !App.InHandCapture) {

@@ -34,10 +34,14 @@ public:
     bool Start(bool openSubWindows = false);
     // Lets virtual time run until the game has no more deals and the
     // companion has filed every deal played (or `limitMs` of virtual time
-    // passed). True when it ran to its end.
-    bool Run(std::uint64_t limitMs = 4ull * 3600 * 1000);
+    // passed; 0 = as long as the game goes on, however many deals it has).
+    // True when it ran to its end.
+    bool Run(std::uint64_t limitMs = 0);
     // Virtual time the companion gets after the game's last deal.
     static constexpr std::uint64_t kGraceMs = 120000;
+    // A game that shows nothing new (no bid, card or deal) for this long has
+    // stalled: the session gives up.
+    static constexpr std::uint64_t kStallMs = 3600000;
     // Lets virtual time run for ms.
     void Advance(std::uint32_t ms) { Clock.Wait(ms); }
 

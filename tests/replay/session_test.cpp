@@ -371,4 +371,22 @@ TEST(Session, SecondInstanceIsRefused) {
     EXPECT_TRUE(r.s.Desktop.Clicks().empty());
 }
 
+// A session runs as long as its game goes on: a long game (here one deal of
+// over five hours, e.g. many deals) is not cut off by a fixed time budget.
+TEST(Session, LongGamesAreFollowedToTheirEnd) {
+    TableSetup sp;
+    sp.deals = "1";
+    sim::Scenario sc = Make(sp);
+    sc.game.timing.cardMinMs = sc.game.timing.cardMaxMs = 6 * 60 * 1000;
+    const std::string home = TempHome("long");
+    {
+        replay::Session s(sc, home);
+        ASSERT_TRUE(s.Start());
+        s.Timer.Stop();  // only the game's time matters here
+        s.Run();
+        EXPECT_TRUE(s.GameFinished());
+    }
+    fs::remove_all(home);
+}
+
 }  // namespace
