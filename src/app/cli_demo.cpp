@@ -26,7 +26,16 @@ constexpr const char* kDemoScenario = R"JSON({
   "watchers": [["kibitz_a", "1500"]],
   "deals": 12, "seed": 2})JSON";
 
-int DemoUsage() {
+// A plain decimal number within [lo, hi]; anything else is refused rather
+// than quietly replaced by the default.
+bool WholeNumber(const std::string& s, long long lo, long long hi, long long& out) {
+    if (s.empty() || s.size() > 10 || s.find_first_not_of("0123456789") != std::string::npos) return false;
+    out = std::stoll(s);
+    return out >= lo && out <= hi;
+}
+
+int DemoUsage(const char* why = nullptr) {
+    if (why) std::fprintf(stderr, "tarvellos-cli demo: %s\n", why);
     std::fputs(
         "usage: tarvellos-cli demo [--human | --json] [--home DIR] [--seed N] [--deals N]\n"
         "  follows a simulated game in virtual time; --human (the default on a terminal)\n"
@@ -70,14 +79,17 @@ void PrintHumanDeal(int k, const tracking::FiledDeal& d, const std::string& work
 int RunDemo(const Args& args) {
     bool human = isatty(STDOUT_FILENO) != 0;
     std::string home;
-    int seed = -1, deals = -1;
+    long long seed = -1, deals = -1;
     for (std::size_t i = 0; i < args.size(); ++i) {
         const std::string& a = args[i];
         if (a == "--human") human = true;
         else if (a == "--json") human = false;
         else if (a == "--home" && i + 1 < args.size()) home = args[++i];
-        else if (a == "--seed" && i + 1 < args.size()) seed = core::ValInt(args[++i]);
-        else if (a == "--deals" && i + 1 < args.size()) deals = core::ValInt(args[++i]);
+        else if (a == "--seed" && i + 1 < args.size()) {
+            if (!WholeNumber(args[++i], 0, 4294967295LL, seed)) return DemoUsage("--seed needs a number from 0 to 4294967295");
+        } else if (a == "--deals" && i + 1 < args.size()) {
+            if (!WholeNumber(args[++i], 1, 1000, deals)) return DemoUsage("--deals needs a number from 1 to 1000");
+        }
         else if (a == "--help" || a == "-h") return DemoUsage(), 0;
         else return DemoUsage();
     }
@@ -91,7 +103,7 @@ int RunDemo(const Args& args) {
         return 1;
     }
     if (seed >= 0) scenario.game.seed = static_cast<std::uint32_t>(seed);
-    if (deals > 0) scenario.game.randomDeals = deals;
+    if (deals > 0) scenario.game.randomDeals = static_cast<int>(deals);
     if (ownHome) {
         // The demo's own folder starts empty each time, so its file names
         // start again at 001.

@@ -159,3 +159,18 @@ TEST(CliReplay, BadScenariosNameWhatIsWrong) {
 }
 
 }  // namespace
+
+// The demo refuses a deal count or seed it cannot use instead of quietly
+// playing its default game.
+TEST(CliDemo, BadNumbersAreUsageErrors) {
+    for (const char* args : {"--deals x", "--deals 0", "--seed -1"}) {
+        const std::string cmd = std::string(TARVELLOS_CLI) + " demo --json " + args + " 2>/dev/null";
+        FILE* f = popen(cmd.c_str(), "r");
+        ASSERT_NE(f, nullptr);
+        char buf[256];
+        const std::size_t n = fread(buf, 1, sizeof buf, f);
+        const int st = pclose(f);
+        EXPECT_EQ(n, 0u) << args;
+        EXPECT_TRUE(WIFEXITED(st) && WEXITSTATUS(st) == 2) << args;
+    }
+}
