@@ -95,7 +95,8 @@ bool ParseLanguage(const std::string& s, int& lang) {
     for (char c : s)
         if (c < '0' || c > '9') return false;
     lang = std::atoi(s.c_str());
-    return lang >= reading::LangFirst && lang <= reading::LangLast;
+    // The site languages of the title table; rows 4 and 10 have no site.
+    return lang == 1 || lang == 2 || lang == 3 || (lang >= 5 && lang <= 9);
 }
 
 // Everything a reader needs, set up as the tracking does when it takes up
@@ -176,7 +177,7 @@ int RunReadSub(const std::string& kind, const Args& args) {
         const std::string& a = args[i];
         if (a == "--lang" && kind == "lasthand") {
             if (i + 1 >= args.size() || !ParseLanguage(args[i + 1], lang))
-                return Usage(kind, "--lang needs a game language row from 1 to 10");
+                return Usage(kind, "--lang must be 1, 2, 3, 5, 6, 7, 8 or 9");
             ++i;
         } else if (!a.empty() && a[0] == '-' && a.size() > 1) {
             return Usage(kind, "unknown option '" + a + "'");

@@ -130,7 +130,8 @@ TEST(CliReadSub, UsageErrorsAndUnreadableFiles) {
     const std::string notImage = SavePng(platform::Image(2, 2), "x.png") + ".txt";
     { std::ofstream(notImage) << "not an image"; }
     for (const std::string& args : std::vector<std::string>{"read lasthand", "read score", "read lasttrick", "read lasthand " + img + " --lang",
-                                   "read lasthand " + img + " --lang 0", "read lasthand " + img + " --lang 11",
+                                   "read lasthand " + img + " --lang 0", "read lasthand " + img + " --lang 4",
+                                   "read lasthand " + img + " --lang 11",
                                    "read lasthand " + img + " --lang x", "read score " + img + " --lang 1",
                                    "read lasttrick " + img + " --mode 2", "read score " + img + " " + img,
                                    "read score /nonexistent/none.png", "read lasthand " + notImage}) {
