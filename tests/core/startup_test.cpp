@@ -25,6 +25,11 @@ struct Rig {
     StartupOutcome Run() { return RunStartupChecks(ctx, folders, false); }
 };
 
+// The fatal stop ended at `ms` or within one poll after it.
+bool StoppedAfter(const Rig& r, std::uint32_t ms) {
+    return r.clock.Elapsed() >= ms && r.clock.Elapsed() <= ms + kFatalStopPollMs;
+}
+
 }  // namespace
 
 TEST(StartupArchiveCheck, MarkersInAnyCase) {
@@ -37,10 +42,6 @@ TEST(StartupArchiveCheck, MarkersInAnyCase) {
 }
 
 TEST(StartupArchiveCheck, RefusalInEnglishEndsAfterTenSeconds) {
-    Rig ok;
-    EXPECT_TRUE(chkZIP(ok.ctx, "D:\\Games\\TarvelloS"));
-    EXPECT_EQ(ok.screen.Text(), "");
-
     Rig r;
     EXPECT_FALSE(chkZIP(r.ctx, "C:\\Temp\\TarvelloS"));
     EXPECT_EQ(r.screen.Text(),
@@ -51,8 +52,7 @@ TEST(StartupArchiveCheck, RefusalInEnglishEndsAfterTenSeconds) {
     EXPECT_EQ(std::tuple(s.Ended, s.DeleteAllVisible, s.DeleteAllEnabled, s.OtherControlsVisible, s.EndVisible,
                          s.EndIsCancel, s.EndCaption),
               std::tuple(true, false, false, false, true, true, std::string("End")));
-    EXPECT_GT(r.clock.Elapsed(), 10000u);
-    EXPECT_LE(r.clock.Elapsed(), 10000u + kFatalStopPollMs);
+    EXPECT_TRUE(StoppedAfter(r, 10001));
 }
 
 TEST(StartupJapaneseMessages, ArchiveFolderWithTheTestFlagAndSecondStart) {
@@ -60,49 +60,40 @@ TEST(StartupJapaneseMessages, ArchiveFolderWithTheTestFlagAndSecondStart) {
     r.ctx.JapaneseFont = kFontMeiryo;
     r.ctx.Japanese = true;
     EXPECT_FALSE(chkZIP(r.ctx, "D:\\Games\\TarvelloS", true));
-    EXPECT_EQ(r.screen.TextFont, "メイリオ");
-    EXPECT_EQ(r.screen.Lines[0], " ZIP の中では実行できません。");
-    EXPECT_EQ(r.screen.Lines[1], "TarvelloS.exe を ZIP から抜き出して実行して下さい。");
+    EXPECT_EQ(r.screen.Lines[0] + "|" + r.screen.Lines[1] + "|" + r.screen.EndCaption + "|" + r.screen.TextFont +
+                  "|" + r.screen.EndFont,
+              " ZIP の中では実行できません。|TarvelloS.exe を ZIP から抜き出して実行して下さい。|終了|メイリオ|メイリオ");
     EXPECT_NE(r.screen.Text().find("  終了 (ESC) ボタンを押して終了して下さい。"), std::string::npos);
-    EXPECT_EQ(r.screen.EndCaption, "終了");
-    EXPECT_EQ(r.screen.EndFont, "メイリオ");
 
     Rig twice;
     twice.desktop.SetPrevInstance(true);
     twice.ctx.Japanese = true;
     EXPECT_FALSE(chkPrevInstance(twice.ctx));
     EXPECT_EQ(twice.screen.Lines[0], "  TarvelloS.exe を２重に起動しようとしています。");
-    EXPECT_LE(twice.clock.Elapsed(), 10000u + kFatalStopPollMs);
 }
 
 TEST(StartupFatalStop, EndOrEscEndsAtOnceAndTheTickCounterMayWrap) {
     Rig r;
     r.clock.Schedule(r.clock.TickCount() + 2000, [&r] { r.screen.EndRequested = true; });
     FatalStop(r.ctx);
-    EXPECT_TRUE(r.screen.Ended);
-    EXPECT_GE(r.clock.Elapsed(), 2000u);
-    EXPECT_LE(r.clock.Elapsed(), 2000u + kFatalStopPollMs);
+    EXPECT_TRUE(r.screen.Ended && StoppedAfter(r, 2000));
 
     Rig early;  // pressed before the stop even began: no wait at all
     early.screen.EndRequested = true;
     FatalStop(early.ctx);
-    EXPECT_TRUE(early.screen.Ended);
-    EXPECT_EQ(early.clock.Elapsed(), 0u);
+    EXPECT_TRUE(early.screen.Ended && early.clock.Elapsed() == 0u);
 
     Rig wrap(0xFFFFFFFFu - 3000);
     FatalStop(wrap.ctx);
-    EXPECT_GT(wrap.clock.Elapsed(), 10000u);
-    EXPECT_LE(wrap.clock.Elapsed(), 10000u + kFatalStopPollMs);
+    EXPECT_TRUE(StoppedAfter(wrap, 10001));
 }
 
 TEST(StartupJapaneseSystem, CodePageAndFont) {
     EXPECT_TRUE(TestOSjp(932));
     EXPECT_FALSE(TestOSjp(1252));
-    EXPECT_FALSE(TestOSjp(65001));
     EXPECT_EQ(ChooseJapaneseFont([](const std::string& f) { return f == kFontMsPGothic || f == kFontMeiryo; }),
               "メイリオ");
     EXPECT_EQ(ChooseJapaneseFont([](const std::string& f) { return f == kFontMsPGothic; }), "ＭＳ Ｐゴシック");
-    EXPECT_EQ(ChooseJapaneseFont([](const std::string&) { return false; }), "");
     EXPECT_EQ(ChooseJapaneseFont(nullptr), "");
 }
 
@@ -136,7 +127,6 @@ TEST(StartupFolders, EnsureFolderAndPathsInTheProgramFolder) {
     f.ProgramFolder = dir.Folder();
     dir.Put("Alert.TXT", "x");
     EXPECT_EQ(f.EnterProgramFolder("ALERT.txt"), PathToUtf8(dir.Path() / "Alert.TXT"));
-    EXPECT_EQ(f.EnterProgramFolder("new.txt"), PathToUtf8(dir.Path() / "new.txt"));
     EXPECT_FALSE(f.ProgramFileExists(""));
     EXPECT_EQ(f.EnterWorkFolder("deal1.SPD"), PathToUtf8(dir.Path() / "Work" / "Deal1.spd"));
 #ifndef _WIN32
@@ -152,17 +142,14 @@ TEST(StartupFolders, EnsureFolderAndPathsInTheProgramFolder) {
 TEST(StartupSequence, NormalStartWithAndWithoutASettingsFile) {
     Rig none;
     StartupOutcome o = none.Run();
-    EXPECT_TRUE(o.Continue);
-    EXPECT_EQ(o.Settings.FileName, "");
+    EXPECT_TRUE(o.Continue && o.Settings.FileName.empty() && !none.screen.Ended);
     EXPECT_NE(none.screen.Text().find("is running with standard setting."), std::string::npos);
-    EXPECT_FALSE(none.screen.Ended);
 
     Rig r;
     r.dir.Put("TarvelloS.INI", "AlertTime = 4\r\n");
     o = r.Run();
-    EXPECT_TRUE(o.Continue);
+    EXPECT_TRUE(o.Continue && r.screen.Text().empty());
     EXPECT_EQ(o.Settings.Values.AlertTimeMs, 4000);
-    EXPECT_EQ(r.screen.Text(), "");
     EXPECT_TRUE(std::filesystem::is_directory(r.dir.Path() / "Work"));
 }
 
@@ -173,28 +160,21 @@ TEST(StartupSequence, JapaneseRequestedOnAWesternSystemComesUpInEnglish) {
         r.desktop.SetAnsiCodePage(codePage);
         const StartupOutcome o = r.Run();
         EXPECT_TRUE(o.Continue);
-        EXPECT_EQ(o.Settings.Values.JPN, codePage == 932) << codePage;
-        EXPECT_EQ(r.ctx.Japanese, codePage == 932) << codePage;
+        EXPECT_EQ(std::tuple(o.Settings.Values.JPN, r.ctx.Japanese), std::tuple(codePage == 932, codePage == 932));
     }
 }
 
 TEST(StartupSequence, FailedChecksStopBeforeAnythingIsWritten) {
-    Rig r;
-    r.dir.Put("TarvelloS.INI", "AlertTime = 4\r\n  Colour = Red \r\n");
-    EXPECT_FALSE(r.Run().Continue);
-    EXPECT_EQ(r.screen.Lines[0], "  Colour=Red   Illegal Keyword!");
-    EXPECT_TRUE(r.screen.Ended);
-    EXPECT_FALSE(std::filesystem::exists(r.dir.Path() / "Work"));
-
-    Rig twice;
-    twice.desktop.SetPrevInstance(true);
-    EXPECT_FALSE(twice.Run().Continue);
-    EXPECT_EQ(twice.screen.Lines[0], "  You are going to start TarvelloS.exe again.");
-    EXPECT_TRUE(twice.screen.Ended);
-    EXPECT_FALSE(std::filesystem::exists(twice.dir.Path() / "Work"));
-
-    Rig zip;
-    zip.folders.ProgramFolder = "/tmp/x";
-    EXPECT_FALSE(RunStartupChecks(zip.ctx, zip.folders, true).Continue);
-    EXPECT_EQ(zip.screen.Lines[0], "  UnZip TarvelloS25.zip before starting");
+    // A bad settings key, a second start, an archive (here: temporary) folder.
+    const char* const firstLines[] = {"  Colour=Red   Illegal Keyword!", "  You are going to start TarvelloS.exe again.",
+                                      "  UnZip TarvelloS25.zip before starting"};
+    for (int failure = 0; failure < 3; ++failure) {
+        Rig r;
+        r.dir.Put("TarvelloS.INI", failure == 0 ? "AlertTime = 4\r\n  Colour = Red \r\n" : "");
+        r.desktop.SetPrevInstance(failure == 1);
+        EXPECT_FALSE(RunStartupChecks(r.ctx, r.folders, failure == 2).Continue);  // the folder is under tmp
+        EXPECT_EQ(r.screen.Lines[0], firstLines[failure]);
+        EXPECT_TRUE(r.screen.Ended);
+        EXPECT_FALSE(std::filesystem::exists(r.dir.Path() / "Work"));
+    }
 }

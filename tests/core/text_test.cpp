@@ -25,25 +25,18 @@ Lines Tokens(std::string t) {
 
 TEST(TextCharacters, CountAndCutByCharactersNotBytes) {
     EXPECT_EQ(Len("スペード.INI"), 8u);
-    EXPECT_EQ(Left("スペード.INI", 4), "スペード");
-    EXPECT_EQ(Right("スペード.INI", 4), ".INI");
-    EXPECT_EQ(Mid("スペード.INI", 2, 3), "ペード");
-    EXPECT_EQ(Mid("スペード.INI", 5), ".INI");
+    EXPECT_EQ(Left("スペード.INI", 4) + "|" + Right("スペード.INI", 4) + "|" + Mid("スペード.INI", 2, 3), "スペード|.INI|ペード");
     // Out-of-range arguments give what is there, never a fault.
-    EXPECT_EQ(Left("ab", -1), "");
-    EXPECT_EQ(Mid("ab", 5, 2), "");
-    EXPECT_EQ(Mid("ab", 0, 1), "a");
+    EXPECT_EQ(Left("ab", -1) + "|" + Mid("ab", 5, 2) + "|" + Mid("ab", 0, 1), "||a");
     // Invalid UTF-8: each stray byte is one character and is kept.
     const std::string bad = "a\xE3\x82" "b\xFF";
     EXPECT_EQ(Len(bad), 5u);
-    EXPECT_EQ(Mid(bad, 4, 1), "b");
     EXPECT_EQ(UCase(bad), "A\xE3\x82" "B\xFF");
     EXPECT_EQ(InStr(bad, "b"), 4u);
 }
 
 TEST(TextCharacters, InStrIsOneBasedAndZeroWhenAbsent) {
     EXPECT_EQ(InStr("スペード履歴.TXT", "履歴"), 5u);
-    EXPECT_EQ(InStr("alpha", "x"), 0u);
     EXPECT_EQ(InStr(3, "a,b,c", ","), 4u);
     EXPECT_EQ(InStr(9, "a,b,c", ","), 0u);
     EXPECT_EQ(InStr("abc", ""), 1u);
@@ -58,28 +51,19 @@ TEST(TextCharacters, CaseMappingAndTrim) {
     EXPECT_EQ(LCase("ＢＯＸ の状態を表示"), "ｂｏｘ の状態を表示");
     EXPECT_TRUE(EqualNoCase("TarvelloS.INI", "tarvellos.ini"));
     EXPECT_FALSE(EqualNoCase("TarvelloS.INI", "tarvellos.in"));
-    EXPECT_EQ(Trim("  a b \t"), "a b");
-    EXPECT_EQ(LTrim("  a b  "), "a b  ");
-    EXPECT_EQ(RTrim("  a b  "), "  a b");
-    EXPECT_EQ(Trim(" \t "), "");
+    EXPECT_EQ(Trim("  a b \t") + "|" + LTrim("  a b  ") + "|" + RTrim("  a b  ") + "|" + Trim(" \t "), "a b|a b  |  a b|");
     EXPECT_EQ(Trim("　x　"), "　x　");  // a full-width space is a character, not a blank
 }
 
 TEST(TextNumbers, LeadingDecimalAndHexadecimalNumbers) {
-    const std::pair<const char*, double> vals[] = {{"2.5", 2.5}, {"  -7 seconds", -7}, {".5", 0.5}, {"20)", 20},
-                                                   {"1,000", 1},  {"abc", 0},           {"", 0},      {"-", 0},
-                                                   {"+.", 0}};
+    const std::pair<const char*, double> vals[] = {{"2.5", 2.5}, {"  -7 seconds", -7}, {".5", 0.5},
+                                                   {"1,000", 1},  {"abc", 0},           {"+.", 0}};
     for (const auto& [text, v] : vals) EXPECT_DOUBLE_EQ(Val(text), v) << text;
-    const std::pair<std::string, std::int32_t> ints[] = {{"2.5", 3},
-                                                         {"-2.5", -3},
-                                                         {"624px", 624},
-                                                         {"99999999999999", 2147483647},
-                                                         {"-99999999999999", -2147483647 - 1},
+    const std::pair<std::string, std::int32_t> ints[] = {{"2.5", 3}, {"-2.5", -3}, {"-99999999999999", -2147483647 - 1},
                                                          {std::string(400, '9'), 2147483647}};
     for (const auto& [text, v] : ints) EXPECT_EQ(ValInt(text), v) << text;
-    const std::pair<const char*, std::uint32_t> hex[] = {{"&HFFE0C0", 0xFFE0C0}, {"&hffe0c0", 0xFFE0C0},
-                                                         {" cdcdcd trailing", 0xCDCDCD}, {"&H", 0},
-                                                         {"zz", 0}, {"123456789", 0x23456789}};  // low 32 bits
+    const std::pair<const char*, std::uint32_t> hex[] = {{"&hffe0c0", 0xFFE0C0}, {" cdcdcd trailing", 0xCDCDCD},
+                                                         {"&H", 0}, {"123456789", 0x23456789}};  // low 32 bits
     for (const auto& [text, v] : hex) EXPECT_EQ(HexVal(text), v) << text;
 }
 
@@ -92,9 +76,8 @@ TEST(TextTokens, ListRuleAndQuotes) {
                                                    {"a,,b", {"a", "", "b"}},
                                                    {"   ", {""}}};
     for (const auto& [text, tokens] : lists) EXPECT_EQ(Tokens(text), tokens) << text;
-    EXPECT_EQ(Unquote("  \"SystemHand\" and more "), "SystemHand");
-    EXPECT_EQ(Unquote("x \"open to the end"), "open to the end");
-    EXPECT_EQ(Unquote("  plain  "), "plain");
+    EXPECT_EQ(Unquote("  \"SystemHand\" and more ") + "|" + Unquote("x \"open to the end") + "|" + Unquote("  plain  "),
+              "SystemHand|open to the end|plain");
 }
 
 TEST(TextCodePages, Western1252) {
@@ -118,13 +101,10 @@ TEST(TextCodePages, Japanese932AndUnknownPages) {
     EXPECT_EQ(ToUtf8("\xC1", 932), "ﾁ");  // single-byte katakana
     EXPECT_EQ(FromUtf8("€", 932), "?");
     // A lead byte without its trail byte, or followed by a line end, is one "?".
-    EXPECT_EQ(ToUtf8("a\x81", 932), "a?");
-    EXPECT_EQ(ToUtf8("\x81\r", 932), "?\r");
-    EXPECT_EQ(ToUtf8("\xA0x", 932), "?x");
+    EXPECT_EQ(ToUtf8("a\x81", 932) + ToUtf8("\x81\r", 932), "a??\r");
     // The byte round trip that tells a Japanese system from a Western one.
     EXPECT_NE(ByteRoundTrip(932, 129), 129);
     EXPECT_EQ(ByteRoundTrip(932, 193), 193);
-    EXPECT_NE(ByteRoundTrip(932, 225), 225);
     EXPECT_FALSE(IsCodePageSupported(987654));
     EXPECT_EQ(ToUtf8("abc", 987654), "abc");
 }
@@ -147,8 +127,7 @@ TEST(TextFiles, WriteIsCrLfInTheCodePageReadIsAnyLineEnd) {
     dir.Put("mixed.txt", "one\r\ntwo\nthree\r\x81\nlast");
     ASSERT_TRUE(ReadTextFile(dir.File("mixed.txt"), 932, lines));
     EXPECT_EQ(lines, (Lines{"one", "two", "three", "?", "last"}));
-    EXPECT_EQ(SplitLines("\r\n\r\n"), (Lines{"", ""}));
-    EXPECT_EQ(SplitLines("a\n\rb"), (Lines{"a", "", "b"}));
+    EXPECT_EQ(SplitLines("a\n\rb\r\n"), (Lines{"a", "", "b"}));
     EXPECT_TRUE(SplitLines("").empty());
 }
 
