@@ -59,10 +59,11 @@ int RunReplay(const Args& args) {
         std::fprintf(stderr, "tarvellos-cli replay: %s\n", error.c_str());
         return 1;
     }
-    int deal = 0;
-    session.App.OnDealFiled = [&deal](const tracking::FiledDeal& d) {
+    int deal = 0, unwritten = 0;
+    session.App.OnDealFiled = [&deal, &unwritten](const tracking::FiledDeal& d) {
         std::printf("%s\n", replay::FiledDealJson(++deal, d).Dump().c_str());
         std::fflush(stdout);
+        if (d.File.empty()) ++unwritten;  // the record file could not be written
     };
     session.App.OnGameOver = [](const scoring::ScoreRows::Row& score) {
         std::printf("%s\n", replay::GameOverJson(score).Dump().c_str());
@@ -80,6 +81,11 @@ int RunReplay(const Args& args) {
         std::fprintf(stderr, "error window: %s%s\n", session.App.ErrorLog[i].c_str(),
                      j - i > 1 ? (" (" + std::to_string(j - i) + " times)").c_str() : "");
         i = j;
+    }
+    if (unwritten > 0) {
+        std::fprintf(stderr, "tarvellos-cli replay: %d of %d record files could not be written in %s\n", unwritten, deal,
+                     session.App.Folders().WorkFolder().c_str());
+        return 1;
     }
     if (!ended) {
         std::fprintf(stderr, "tarvellos-cli replay: the session did not run to its end: %d of %d deals filed\n",

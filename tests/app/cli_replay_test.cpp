@@ -139,6 +139,20 @@ TEST(CliReplay, RandomDealsToTheEndOfAGame) {
     fs::remove_all(out);
 }
 
+// A deal whose record file cannot be written (here "Work" is a file) is not
+// filed as far as the user is concerned: say so and fail.
+TEST(CliReplay, UnwritableWorkFolderFails) {
+    const std::string out = (fs::temp_directory_path() / "tarvellos_cli_replay_nowork").string();
+    fs::remove_all(out);
+    fs::create_directories(out);
+    std::ofstream((fs::path(out) / "Work").string()) << "not a folder";
+    const std::string sc = kHead + R"( "deals": 1, "seed": 2})";
+    CliRun r = Replay(sc, out);
+    EXPECT_NE(r.code, 0);
+    EXPECT_NE(r.err.find("could not be written"), std::string::npos) << r.err;
+    fs::remove_all(out);
+}
+
 TEST(CliReplay, BadScenariosNameWhatIsWrong) {
     const std::string out = (fs::temp_directory_path() / "tarvellos_cli_replay_bad").string();
     CliRun r = Replay("{\"language\": 1", out);
