@@ -192,7 +192,7 @@ int RunReadSub(const std::string& kind, const Args& args) {
     platform::Image img;
     std::string error;
     if (!reading::LoadImageFile(path, img, error)) {
-        std::fprintf(stderr, "tarvellos-cli read %s: cannot read '%s': %s\n", kind.c_str(), path.c_str(), error.c_str());
+        std::fprintf(stderr, "tarvellos-cli read %s: %s\n", kind.c_str(), error.c_str());
         return 1;
     }
     Readers readers(img, lang);
