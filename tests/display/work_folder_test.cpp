@@ -46,9 +46,8 @@ TEST(WorkFolder, ScanSortsFilesAndRemovesBackupsOfBackups) {
     const Names others = {"03_05.spd", "BAKnotes0001.spd", "03_05_001.brg", "x3_05_001.spd"};
     for (const auto& f : others) w.Put(f);
     const WorkScan scan = ScanWorkFolder(w.dir.Work(), ".spd");
-    EXPECT_EQ(scan.Records, (Names{"03_05_001", "12_31_100"}));
-    EXPECT_EQ(scan.Backups, (Names{"03_05_002", "03_05_003"}));
-    EXPECT_EQ(scan.Removed, 2);
+    EXPECT_EQ(std::tuple(scan.Records, scan.Backups, scan.Removed),
+              std::tuple(Names{"03_05_001", "12_31_100"}, Names{"03_05_002", "03_05_003"}, 2));
     EXPECT_FALSE(w.dir.HasWork("BAKBAK03_05_004.spd") || w.dir.HasWork("bakBak.spd"));
     for (const auto& f : others) EXPECT_TRUE(w.dir.HasWork(f)) << f << " is never touched";
     EXPECT_EQ(ScanWorkFolder(w.dir.Work(), ".brg").Records, (Names{"03_05_001"}));
@@ -64,22 +63,18 @@ TEST(WorkFolder, DeleteReplacesTheOlderBackupGenerationAndRestoreUndoesIt) {
     w.box.Selected = {true};
     w.rec.ScoreRowCount = 4;
     DelWorkResult r = w.Press(true);
-    EXPECT_FALSE(w.seen.RestoreMode);
-    EXPECT_TRUE(r.Confirmed);
-    EXPECT_EQ(r.Deleted, 1);
-    EXPECT_EQ(r.Renamed, 1);
+    EXPECT_TRUE(!w.seen.RestoreMode && r.Confirmed);
+    EXPECT_EQ(std::pair(r.Deleted, r.Renamed), std::pair(1, 1));
     EXPECT_FALSE(w.dir.HasWork("BAK03_04_009.spd") || w.dir.HasWork("03_05_001.spd"));
     EXPECT_EQ(w.dir.GetWork("BAK03_05_001.spd"), "new record");
     EXPECT_TRUE(w.dir.HasWork("BAK_readme.txt"));
-    EXPECT_EQ(w.box.Count(), 0);
-    EXPECT_EQ(w.rec.ScoreRowCount, 0);
+    EXPECT_EQ(std::pair(w.box.Count(), w.rec.ScoreRowCount), std::pair(0, 0));
 
     // Backups alone: the button offers to restore, then to delete again.
     w.Put("BAK03_05_002.spd", "two");
     r = w.Press(true);
-    EXPECT_TRUE(w.seen.RestoreMode && r.Restored);
+    EXPECT_TRUE(w.seen.RestoreMode && r.Restored && r.Renamed == 2);
     EXPECT_EQ(w.seen.ButtonCaption, "Restore Work Files");
-    EXPECT_EQ(r.Renamed, 2);
     EXPECT_EQ(w.dir.GetWork("03_05_001.spd"), "new record");
     EXPECT_FALSE(w.dir.HasWork("BAK03_05_001.spd"));
     EXPECT_EQ(w.box.Entries, (Names{"03_05_002", "03_05_001"}));
@@ -115,9 +110,8 @@ TEST(WorkFolder, JapaneseDialogTexts) {
     DelWorkDialog d;
     PrepareDelWork(d, scan, ".brg", "/p/Work", true, kMain);
     EXPECT_TRUE(d.RestoreMode);
-    EXPECT_EQ(d.ButtonCaption, "作業用ファイルを復元する");
     EXPECT_EQ(d.Lines, (Names{" 作業用ファイル ( *.brg) を復元できます。", " 復元しますか ？"}));
-    EXPECT_EQ(d.CancelCaption, "取り消し");
+    EXPECT_EQ(d.ButtonCaption + " " + d.CancelCaption, "作業用ファイルを復元する 取り消し");
     scan.Records = {"03_05_001"};
     PrepareDelWork(d, scan, ".spd", "/p/Work", true, kMain);
     EXPECT_EQ(d.Lines, (Names{" 下記フォルダ内の全ファイル ( *.spd) を削除します。", "/p/Work", " よろしいですか ？"}));
