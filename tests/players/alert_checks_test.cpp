@@ -22,8 +22,7 @@ std::int32_t Search(const std::vector<std::string>& list, TableNames table) {
 
 TEST(AlertMatching, NamesMatchAndTheTableSearch) {
     EXPECT_TRUE(NamesMatch(" ZZ_Name ", "zz_name(Slow)")) << "case, blanks and a reason do not matter";
-    EXPECT_FALSE(NamesMatch("zz_name", "zz_nome"));
-    EXPECT_FALSE(NamesMatch("", "zz_name")) << "an empty text matches nothing";
+    EXPECT_FALSE(NamesMatch("zz_name", "zz_nome") || NamesMatch("", "zz_name")) << "an empty text matches nothing";
 
     // Keys of four or more characters inside table names, case-sensitive.
     std::vector<std::string> list = {"", "abc", "Wxyz(Slow)", "wxyz", "{mark(Cheater)}"};
@@ -35,7 +34,6 @@ TEST(AlertMatching, NamesMatchAndTheTableSearch) {
     list = {"", "//", "", "", "", "", "", "", "", "", "zz_nine_short", "", "", "zz_after_ten"};
     EXPECT_EQ(Search(list, Names({"zz_nine_short 1"})), 10);
     EXPECT_EQ(Search(list, Names({"zz_after_ten 1"})), 0);
-    EXPECT_EQ(Search({"", "zz_x"}, Names({"zz_y"})), 0);
 }
 
 namespace {
@@ -104,13 +102,13 @@ TEST_F(Fixture, TableCheckFindsMarkedEntriesAndSounds) {
     EXPECT_EQ(view.AlertName.Caption, "robot_3") << "a robot's name gets its lost first letter back";
 
     // Not while a check runs or the bidding board is up.
-    view.AlertName.Visible = false;
-    checker.InAlertCheck = true;
-    checker.CheckAlertPlayer(access);
-    checker.InAlertCheck = false;
-    access.BoardShown = true;
-    checker.CheckAlertPlayer(access);
-    EXPECT_EQ(Label(), "hidden");
+    for (const bool board : {false, true}) {
+        view.AlertName.Visible = false;
+        checker.InAlertCheck = !board;
+        access.BoardShown = board;
+        checker.CheckAlertPlayer(access);
+        EXPECT_EQ(Label(), "hidden");
+    }
     EXPECT_EQ(desktop.Sounds().size(), 2u);
 }
 
@@ -173,11 +171,10 @@ TEST_F(Fixture, PromptStatesAndTheNoneButton) {
 
     checker.Options.AskAlertPos = {-100, 0};
     checker.ShowAskAlert({200, 100, 840, 580});
-    EXPECT_EQ(checker.AskAlertState, 1);
+    const std::int32_t shown = checker.AskAlertState;
     EXPECT_EQ((platform::Point{checker.AskAlert.X, checker.AskAlert.Y}), (platform::Point{300, 280}));
     checker.ExecAskAlert(access);
-    EXPECT_EQ(checker.AskAlertState, 2);
-    EXPECT_EQ(none(), "None");
+    EXPECT_EQ(std::to_string(shown) + std::to_string(checker.AskAlertState) + " " + none(), "12 None");
     checker.UnloadAskAlert();
     EXPECT_EQ(checker.AskAlertState, 0);
 
