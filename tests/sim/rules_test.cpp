@@ -14,8 +14,7 @@ Hand H(std::initializer_list<const char*> cards) {
 using Bids = std::array<std::string, kSeats>;
 
 TEST(SimRules, CardTextsAndBidsAreStrict) {
-    EXPECT_EQ(C("AS"), 314);
-    EXPECT_EQ(CardText(210), "TH");
+    for (Card c : FullDeck()) EXPECT_EQ(C(CardText(c).c_str()), c) << CardText(c);
     for (const char* bad : {"", "A", "1S", "AX", "as", "10H", "[AS", "AS "}) EXPECT_EQ(C(bad), 0) << bad;
     for (const char* ok : {"1", "10", "13", "N", "D"}) EXPECT_TRUE(IsValidBid(ok)) << ok;
     for (const char* bad : {"", "0", "14", "01", "DP", "n", "4 "}) EXPECT_FALSE(IsValidBid(bad)) << bad;
@@ -58,7 +57,6 @@ TEST(SimRules, ScoreLines) {
     };
     const Row rows[] = {
         {"made with bags / set", {0, 0, 0, 0}, {"4", "2", "3", "3"}, {5, 2, 4, 2}, {72, 2, -50, 0}},
-        {"running totals", {100, 3, 50, 1}, {"4", "2", "3", "3"}, {5, 2, 4, 2}, {172, 5, 0, 1}},
         {"exact contracts", {0, 0, 0, 0}, {"3", "3", "3", "4"}, {3, 3, 3, 4}, {60, 0, 70, 0}},
         {"Nil made", {0, 0, 0, 0}, {"N", "4", "4", "4"}, {0, 4, 5, 4}, {141, 1, 80, 0}},
         // The Nil bidder's tricks count toward the partner's contract.
@@ -74,15 +72,6 @@ TEST(SimRules, ScoreLines) {
         {"overbid is always set", {0, 0, 0, 0}, {"7", "1", "7", "1"}, {7, 0, 6, 0}, {-140, 0, -20, 0}},
     };
     for (const Row& r : rows) EXPECT_EQ(ScoreDeal(r.prev, r.bids, r.tricks), r.want) << r.what;
-
-    const SideResult nilSet = ScoreSide(0, {"N", "4", "4", "4"}, {2, 3, 4, 4}, 0);
-    EXPECT_EQ(nilSet.contract, 4);
-    EXPECT_EQ(nilSet.tricks, 6);
-    EXPECT_EQ(nilSet.bags, 2);
-    EXPECT_EQ(nilSet.points, 42 - 100);
-    const SideResult penalty = ScoreSide(0, {"2", "4", "2", "2"}, {4, 3, 3, 3}, 7);
-    EXPECT_EQ(penalty.bagPenalty, 100);
-    EXPECT_EQ(penalty.points, 43 - 100);
 }
 
 TEST(SimRules, GameOver) {
@@ -91,7 +80,6 @@ TEST(SimRules, GameOver) {
     EXPECT_TRUE(IsGameOver({530, 0, 510, 0}));
     EXPECT_FALSE(IsGameOver({510, 0, 510, 0}));  // tied above the game point: play on
     EXPECT_FALSE(IsGameOver({499, 9, 450, 0}));
-    EXPECT_FALSE(IsGameOver({-300, 0, 100, 0}));
     EXPECT_TRUE(IsGameOver({300, 0, 250, 0}, 300));
 }
 

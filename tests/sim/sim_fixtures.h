@@ -74,6 +74,17 @@ inline core::Json BaseScenario(core::Json deals) {
     return j;
 }
 
+// A scenario of the one deal `d` at a table with the given rules.
+inline core::Json OneDealScenario(const ScriptedDeal& d, bool dnilPass = false, bool suicide = false) {
+    core::Json deals = core::Json::Array();
+    deals.Push(DealJson(d));
+    core::Json j = BaseScenario(deals), table = *j.Get("table");
+    table.Set("dnilPass", dnilPass);
+    table.Set("suicide", suicide);
+    j.Set("table", table);
+    return j;
+}
+
 // Runs the clock in small steps until `pred` holds (at most `ms`).
 template <typename Pred>
 bool RunUntil(platform::VirtualClock& clock, Pred pred, std::uint32_t ms = 900000) {

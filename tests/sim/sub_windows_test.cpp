@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <fstream>
 #include <random>
-#include <sstream>
+#include <iterator>
 #include <string>
 
 #include "core/json.h"
@@ -58,11 +58,9 @@ struct Rig {
 
 core::Json ReadJson(const std::string& path) {
     std::ifstream f(path, std::ios::binary);
-    std::stringstream ss;
-    ss << f.rdbuf();
     core::Json j;
     std::string err;
-    EXPECT_TRUE(core::Json::Parse(ss.str(), j, err)) << path << ": " << err;
+    EXPECT_TRUE(core::Json::Parse(std::string(std::istreambuf_iterator<char>(f), {}), j, err)) << path << ": " << err;
     return j;
 }
 
@@ -70,8 +68,7 @@ void ExpectSameImage(const Image& got, const std::string& path) {
     Image want;
     std::string err;
     ASSERT_TRUE(LoadImageFile(path, want, err)) << err;
-    ASSERT_EQ(got.Width, want.Width);
-    ASSERT_EQ(got.Height, want.Height);
+    ASSERT_EQ((std::pair{got.Width, got.Height}), (std::pair{want.Width, want.Height}));
     std::size_t diffs = 0;
     for (std::size_t i = 0; i < want.Pixels.size(); ++i) diffs += got.Pixels[i] != want.Pixels[i];
     EXPECT_EQ(diffs, 0u) << "pixels differing from " << path;
@@ -100,85 +97,54 @@ TEST(SubWindowLookTest, LastHandAndScoreMatchTheStoredImages) {
     ExpectSameImage(sim::RenderScoreWindow(sv, glyphs), dir + "example_score.png");
 }
 
-// Random deals and names; the last round's accented names are read only
-// where the site's font has the letters, and an unknown shape in a name
-// never fails the reading.
-TEST(LastHandRoundTripTest, EverySiteLanguage) {
-    const std::array<std::string, 8> names = {"river_rat", "queen_of_h", "bagmaster_3", "slow_joe",
-                                              "Zed", "a", "x_1234567", "Mmw_jq"};
-    const std::array<std::string, 4> accented = {"jos\xC3\xA9", "b\xC3\xA9" "a", "\xC3\xA7" "a", "pepe"};
+// Plain names, cards and lead marks are followed in whole games by the session tests;
+// here accented names, read only where the site's font has the letters (an
+// unknown shape in a name never fails the reading), in every site language.
+TEST(LastHandRoundTripTest, AccentedNamesInEverySiteLanguage) {
+    const std::array<std::string, 4> accented = {"jos\xC3\xA9", "b\xC3\xA9" "a", "\xC3\xA7" "a", "x_1234567"};
     std::mt19937 rng(11);
     for (int lang : kSiteLanguages) {
-        for (std::size_t round = 0; round < 3; ++round) {
-            SCOPED_TRACE("language " + std::to_string(lang) + " round " + std::to_string(round));
-            std::vector<sim::Card> deck = sim::FullDeck();
-            std::shuffle(deck.begin(), deck.end(), rng);
-            sim::LastHandView v;
-            v.Language = lang;
-            std::array<std::string, 4> want = {"jos", "b?a", "a", "pepe"};  // trailing unknown shape trimmed
-            if (lang != 1 && lang != 2) want = {"jose", "bea", "ca", "pepe"};
-            for (std::size_t p = 0; p < 4; ++p) {
-                v.Names[p] = round == 2 ? accented[p] : names[(p + round * 4) % names.size()];
-                if (round < 2) want[p] = v.Names[p];
-                for (std::size_t c = 0; c < 13; ++c) v.Cards[p][c] = sim::CardText(deck[p * 13 + c]);
-            }
-            for (std::size_t t = 0; t < 13; ++t) v.Marks[rng() % 4][t] = 1;  // one card of each trick led it
-            Rig r(lang);
-            r.Show(kSubLastHand, sim::RenderLastHand(v, r.glyphs));
-            HandRead hand;
-            ASSERT_EQ(r.cards.CaptHand(hand), 0);
-            EXPECT_EQ(hand.Names, want);
-            EXPECT_EQ(hand.Cards, v.Cards);
-            for (std::size_t p = 0; p < 4; ++p)
-                for (std::size_t c = 0; c < 13; ++c) EXPECT_EQ(hand.Marks[p][c], v.Marks[p][c]);
-        }
-    }
-    // The game shows the empty grid before the first deal ends.
-    Rig r;
-    r.Show(kSubLastHand, sim::RenderLastHand({}, r.glyphs));
-    HandRead hand;
-    EXPECT_EQ(r.cards.CaptHand(hand), 0);
-    EXPECT_EQ(hand.Names, (std::array<std::string, 4>{}));
-    EXPECT_EQ(hand.Cards[2][5], "");
-}
-
-TEST(LastTrickRoundTripTest, EveryCardInEverySlot) {
-    for (int i = 0; i < 52; ++i) {
-        sim::LastTrickView v;
-        for (std::size_t k = 0; k < 4; ++k) {
-            const int card = (i + 14 * static_cast<int>(k)) % 52;
-            v.Suits[k] = card / 13;
-            v.Ranks[k] = card % 13 + 2;
-        }
-        Rig r;
-        r.Show(kSubLastTrick, sim::RenderLastTrick(v));
-        TrickRead t;
-        ASSERT_TRUE(r.cards.ReadLastTrick(t, 1)) << "trick " << i;
-        EXPECT_EQ(t.Suits, v.Suits);
-        EXPECT_EQ(t.Ranks, v.Ranks);
-        EXPECT_EQ(r.cards.LastTrickSuits, v.Suits);
-        EXPECT_EQ(r.cards.CardsSeen, 0) << "mode 1 only stores";
+        SCOPED_TRACE("language " + std::to_string(lang));
+        std::vector<sim::Card> deck = sim::FullDeck();
+        std::shuffle(deck.begin(), deck.end(), rng);
+        sim::LastHandView v;
+        v.Language = lang;
+        v.Names = accented;
+        for (std::size_t p = 0; p < 4; ++p)
+            for (std::size_t c = 0; c < 13; ++c) v.Cards[p][c] = sim::CardText(deck[p * 13 + c]);
+        Rig r(lang);
+        r.Show(kSubLastHand, sim::RenderLastHand(v, r.glyphs));
+        HandRead hand;
+        ASSERT_EQ(r.cards.CaptHand(hand), 0);
+        // Without the accented letters a trailing unknown shape is trimmed.
+        const bool plain = lang == 1 || lang == 2;
+        EXPECT_EQ(hand.Names, (std::array<std::string, 4>{plain ? "jos" : "jose", plain ? "b?a" : "bea",
+                                                          plain ? "a" : "ca", "x_1234567"}));
+        EXPECT_EQ(hand.Cards, v.Cards);
     }
 }
 
-TEST(LastTrickRoundTripTest, ModeTwoTakesOnlyANewTrick) {
+// Every card in every slot is read in the session tests' whole games; here
+// what each mode does with a trick already seen.
+TEST(LastTrickRoundTripTest, ModeOneStoresModeTwoTakesOnlyANewTrick) {
     Rig r;
     int shown = 0;
     r.cards.ShowPlayedCards = true;
     r.cards.DrawPlayedCard = [&](int, int, int) { ++shown; };
     auto h = r.Show(kSubLastTrick, sim::RenderLastTrick({{3, 3, 3, 3}, {14, 2, 9, 12}}));
     TrickRead t;
+    ASSERT_TRUE(r.cards.ReadLastTrick(t, 1));
+    EXPECT_EQ(r.cards.CardsSeen, 0) << "mode 1 only stores";
     ASSERT_TRUE(r.cards.ReadLastTrick(t, 0));
     EXPECT_EQ(r.cards.CardsSeen, 4);
     EXPECT_EQ(shown, 4);
-    const std::array<int, 4> none{};
     // The same trick again, then a new one sharing one card in the same slot:
     // both taken as the old trick.
     ASSERT_TRUE(r.cards.ReadLastTrick(t, 2));
-    EXPECT_EQ(t.Ranks, none);
+    EXPECT_EQ(t.Ranks, (std::array<int, 4>{}));
     r.desk.SetClientImage(h, sim::RenderLastTrick({{2, 3, 0, 1}, {5, 2, 7, 7}}));
     ASSERT_TRUE(r.cards.ReadLastTrick(t, 2));
-    EXPECT_EQ(t.Suits, none);
+    EXPECT_EQ(t.Suits, (std::array<int, 4>{}));
     EXPECT_EQ(r.cards.CardsSeen, 4);
 
     const sim::LastTrickView next{{2, 2, 0, 1}, {5, 3, 7, 7}};
@@ -187,11 +153,10 @@ TEST(LastTrickRoundTripTest, ModeTwoTakesOnlyANewTrick) {
     EXPECT_EQ(t.Suits, next.Suits);
     EXPECT_EQ(t.Ranks, next.Ranks);
     EXPECT_EQ(r.cards.LastTrickRanks, next.Ranks);
-    EXPECT_EQ(r.cards.CardsSeen, 8);
-    EXPECT_EQ(shown, 8);
+    EXPECT_EQ((std::array<int, 2>{r.cards.CardsSeen, shown}), (std::array<int, 2>{8, 8}));
 }
 
-TEST(LastTrickRoundTripTest, MissingCardsAndCroppedWindowsFailCleanly) {
+TEST(LastTrickRoundTripTest, AMissingCardFailsCleanly) {
     const std::array<int, 4> failed{-1, 0, 0, 0};
     for (std::size_t missing = 0; missing < 5; ++missing) {
         sim::LastTrickView v{{0, 1, 2, 3}, {10, 11, 12, 13}};
@@ -205,39 +170,6 @@ TEST(LastTrickRoundTripTest, MissingCardsAndCroppedWindowsFailCleanly) {
         EXPECT_EQ(t.Ranks, (std::array<int, 4>{}));
         EXPECT_EQ(r.cards.CardsSeen, 0);
         EXPECT_EQ(r.desk.CaptureCount(), missing < 4 ? 2 : 0) << "two attempts";
-    }
-    const sim::LastTrickView v{{0, 1, 2, 3}, {2, 3, 4, 5}};
-    const Image full = sim::RenderLastTrick(v);
-    for (int w : {1, 60, 131, 200, 245, 269}) {
-        for (int hgt : {1, 20, 40, 64, 90, 129}) {
-            Image img(w, hgt);
-            for (int y = 0; y < hgt; ++y)
-                for (int x = 0; x < w; ++x) img.Set(x, y, full.At(x, y));
-            Rig r;
-            r.Show(kSubLastTrick, img);
-            TrickRead t;
-            const bool ok = r.cards.ReadLastTrick(t, 1);
-            EXPECT_EQ(t.Suits, ok ? v.Suits : failed) << w << "x" << hgt;
-            if (ok) { EXPECT_EQ(t.Ranks, v.Ranks); }
-        }
-    }
-}
-
-TEST(ScoreRoundTripTest, TwentyLinesWithNegativeScoresInEveryLanguage) {
-    std::mt19937 rng(5);
-    sim::ScoreWindowView v;
-    for (int i = 0; i < 20; ++i) {
-        int us = static_cast<int>(rng() % 1200) - 400;
-        if (us == 0) us = 10;  // a line with both scores 0 is not a line
-        v.Lines.push_back({us, static_cast<int>(rng() % 10), -static_cast<int>(rng() % 300) + (i == 3 ? 0 : 1),
-                           static_cast<int>(rng() % 10)});
-    }
-    for (int lang : kSiteLanguages) {
-        Rig r(lang);
-        r.Show(kSubScore, sim::RenderScoreWindow(v, r.glyphs));
-        Lines got;
-        EXPECT_EQ(r.Score(got), 0) << "language " << lang;
-        EXPECT_EQ(got, v.Lines) << "language " << lang;
     }
 }
 
