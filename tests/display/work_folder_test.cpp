@@ -112,7 +112,4 @@ TEST(WorkFolder, JapaneseDialogTexts) {
     EXPECT_TRUE(d.RestoreMode);
     EXPECT_EQ(d.Lines, (Names{" 作業用ファイル ( *.brg) を復元できます。", " 復元しますか ？"}));
     EXPECT_EQ(d.ButtonCaption + " " + d.CancelCaption, "作業用ファイルを復元する 取り消し");
-    scan.Records = {"03_05_001"};
-    PrepareDelWork(d, scan, ".spd", "/p/Work", true, kMain);
-    EXPECT_EQ(d.Lines, (Names{" 下記フォルダ内の全ファイル ( *.spd) を削除します。", "/p/Work", " よろしいですか ？"}));
 }

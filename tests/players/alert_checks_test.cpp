@@ -95,9 +95,6 @@ TEST_F(Fixture, TableCheckFindsMarkedEntriesAndSounds) {
     EXPECT_EQ(desktop.Sounds(), std::vector<std::string>{"SystemExclamation"});
     EXPECT_TRUE(desktop.Find(game)->Topmost) << "the table is brought up to read its list";
     EXPECT_EQ(Menu(), "North,East,South,West,") << "not seated: no check mark";
-    table = Names({"zz_angled_one 1400"});
-    checker.CheckAlertPlayer(access);
-    EXPECT_EQ(Label(), "zz_angled_one 15 red");
     checker.ShowAlert(0, "obot_3");
     EXPECT_EQ(view.AlertName.Caption, "robot_3") << "a robot's name gets its lost first letter back";
 

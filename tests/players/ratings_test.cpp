@@ -69,7 +69,6 @@ TEST_F(RatingsFixture, RatingValuesStylesAndCountingPermission) {
         {false, "1600", 1600, "1600 Arial bold", false},  // only with the marker file
         {false, "999", 0, "999", false},  // below 1000: no value
         {false, "provisional", -1, "prov Arial bold", true},
-        {true, "pr", -1, "仮レ JFont", true},
         {true, "仮レ", -1, "仮レ JFont", true},
     };
     for (const auto& [ja, text, value, shown, allowed] : cases) {
