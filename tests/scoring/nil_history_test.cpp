@@ -213,9 +213,7 @@ TEST_F(NilHistoryFile, BackupOnTheFirstUpdateOfANewDay) {
         ASSERT_EQ(Write(d, Ctx()), NilHistoryResult::Written);
         EXPECT_EQ(Bytes("RecordNILs.BAK"), lastOfDay) << "the state before the day's first update";
     }
-    std::vector<std::string> lines;
-    ASSERT_TRUE(core::ReadTextFile(tmp.File("RecordNILs.TXT"), 1252, lines));
-    EXPECT_EQ(ReadNilCounts(lines).Success(NilRowMyBids), 4);
+    // That each update adds to what was read back is fuzzed.
     EXPECT_EQ(std::distance(fs::directory_iterator(dir), fs::directory_iterator()), 2) << "no temporary files left";
 }
 
