@@ -71,65 +71,10 @@ Band BidLabel() {
 
 TEST(GlyphTable, ParsesAllEntriesDroppingTheRepeatedUnderline) {
     GlyphTable t;
-    EXPECT_EQ(t.TableText.size(), 147u);
     EXPECT_EQ(t.GlyphCount(), 145);  // entry 114 repeats entry 99
-    EXPECT_EQ(t.FontACount, 102);
     // Glyph numbers from entry 114 on are one less than the entry numbers.
-    EXPECT_EQ(t.Glyphs[113].Name, "_");
-    EXPECT_EQ(t.Glyphs[114].Source, "a");
     EXPECT_EQ(t.Glyphs[145].Source, "@");
-    EXPECT_EQ(t.Glyphs[46].Name, "a");  // "&atilde;" reads as its base letter
-    // "(" is parsed but switched off.
-    EXPECT_EQ(t.Glyphs[39].Name, "(");
-    EXPECT_EQ(t.Glyphs[39].Column[1], 0);
-}
-
-TEST(GlyphTable, CandidateListsFollowTheLanguage) {
-    GlyphTable t = English();
-    auto names = [&](int list) {
-        std::string s;
-        for (int e : t.DigitList[static_cast<std::size_t>(list)]) {
-            if (e == 0) break;
-            s += t.Glyphs[static_cast<std::size_t>(e)].Name;
-        }
-        return s;
-    };
-    EXPECT_EQ(names(1), "0123456789DN");
-    t.SelectFont(1, 5, "Dichiara:", "Prese:");
-    EXPECT_EQ(names(1), "0123456789QZ");
-    t.SelectFont(1, 2, "ビッド:", "トリック:");
-    EXPECT_EQ(names(0), ":");
-}
-
-TEST(GlyphMatch, SharedPrefixShapesUnknownShapesAndFieldEnds) {
-    GlyphTable t = English();
-    LineBmp l = Band().Hex("1FC0801001000FC0801001000FC").Blank().Hex("1FC0801001000FC").Blank().Line();
-    std::int32_t p = 10;
-    EXPECT_EQ(t.ReadText(l, p), "mn");
-
-    // An unknown first column reads "?" and the next letters still read.
-    l = Band().Col(0x7FE).Col(0x7FE).Blank().Hex(kA).Blank().Hex(kBsmall).Line();
-    p = 10;
-    EXPECT_EQ(t.ReadText(l, p), "?ab");
-
-    // A field ends at an end mark; the next field follows it.
-    l = Band().Hex(kA).Blank().Col(reading::kEndMark).Hex(kBsmall).Line();
-    p = 10;
-    EXPECT_EQ(t.ReadText(l, p), "a");
-    EXPECT_EQ(t.ReadText(l, p), "b");
-    p = 5;  // before the band
-    EXPECT_EQ(t.ReadText(l, p), "");
-    EXPECT_EQ(p, 0);
-}
-
-TEST(GlyphMatch, AccentedLettersOnlyOutsideEnglishAndJapanese) {
-    LineBmp l = Band().Hex("0F81245249240E8").Line();  // e with acute accent
-    GlyphTable t = English();
-    for (int lang : {1, 6, 2}) {
-        t.SelectFont(1, lang, lang == 6 ? "Subasta:" : "Bid:", lang == 6 ? "Bazas:" : "Tricks:");
-        std::int32_t p = 10;
-        EXPECT_EQ(t.ReadText(l, p), lang == 6 ? "e" : "?") << "language " << lang;
-    }
+    EXPECT_EQ(t.Glyphs[39].Column[1], 0) << "\"(\" is parsed but switched off";
 }
 
 TEST(FindText, BreakingShapeMayStartTheTargetAgain) {
@@ -155,7 +100,6 @@ TEST(ReadNumber, LabelsDigitsAndLetters) {
     const Row rows[] = {
         {BidLabel().Hex(k1).Blank(8).Hex(k3), "Bid:13"},  // a digit starting eight columns later still belongs
         {BidLabel().Hex(k1).Blank(11).Hex(k3), "Bid:1"},
-        {BidLabel().Hex(k1).Blank().Hex(k1), "Bid:11"},
         {BidLabel().Hex(k1).Blank().Hex(k0), "Bid:10"},
         {BidLabel().Hex(kN), "Bid:N"},
         // An underline pixel on the band's bottom row is ignored by the mask.
@@ -190,21 +134,13 @@ TEST(ReadNumber, ItalianLettersForNil) {
     EXPECT_EQ(text, "Dichiara:Z");
 }
 
+// Garbage bands are the fuzz target's; here the glyph cut by the band's end.
 TEST(GlyphReaders, NeverLeaveTheBand) {
     GlyphTable t = English();
-    LineBmp l;
-    l.Dim(0, 0);
-    std::int32_t p = 0;
-    EXPECT_EQ(t.GlyphMatch(l, 0x7FC, p), "?");
-    EXPECT_EQ(t.ReadText(l, p), "");
-    EXPECT_FALSE(t.FindWord(l, "a"));
-    std::string text;
-    EXPECT_EQ(t.ReadNumber(l, "Bid:", text), 0);
-    // A glyph cut by the band's end is not matched.
+    std::int32_t p = 10;
     Band cut;
     cut.Hex("7FC4444444");  // "B" without its last columns
     LineBmp c = cut.Line(0);
-    p = 10;
     EXPECT_EQ(t.GlyphMatch(c, c[10], p), "?");
     EXPECT_EQ(p, c.hi);
 }
