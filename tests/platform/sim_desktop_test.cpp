@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <array>
 
 #include "platform/clock.h"
 #include "platform/sim_desktop.h"
@@ -18,7 +18,8 @@ std::vector<std::uint16_t> Copy(SimDesktop& d, WindowHandle h, bool client, Rect
 
 }  // namespace
 
-TEST(SimDesktopCapture, BottomUpFiveFiveFiveWithPaddedRowsAndTheClientArea) {
+// Client areas are captured in every session test.
+TEST(SimDesktopCapture, BottomUpFiveFiveFiveWithPaddedRows) {
     SimDesktop d(800, 600);
     WindowHandle h = d.AddWindow("Game", {10, 20, 110, 120});
     Image img(100, 100, Rgb(255, 255, 255));
@@ -33,16 +34,6 @@ TEST(SimDesktopCapture, BottomUpFiveFiveFiveWithPaddedRowsAndTheClientArea) {
     EXPECT_EQ(bits[(5 - 1 - 0) * 4 + 0], (31 << 10) | (1 << 5) | 2);
     EXPECT_EQ(bits[0 * 4 + 2], (0 << 10) | (1 << 5) | 31);
     EXPECT_EQ(bits[3], 0xFFFF) << "the pad word is left alone";
-
-    // The client area starts inside the frame.
-    WindowHandle s = d.AddWindow("Last Trick", {0, 0, 50, 60});
-    d.SetClientImage(s, Image(42, 33, Rgb(0, 0, 0)));
-    Rect cr;
-    ASSERT_TRUE(d.GetClientRect(s, cr));
-    EXPECT_EQ(cr, (Rect{0, 0, 42, 33}));
-    bits = Copy(d, s, true, cr, lines);
-    EXPECT_EQ(lines, 33);
-    EXPECT_EQ(std::count(bits.begin(), bits.begin() + 42, 0), 42);
 }
 
 TEST(SimDesktopCapture, DesktopComposesWindowsInZOrder) {
@@ -62,7 +53,9 @@ TEST(SimDesktopCapture, DesktopComposesWindowsInZOrder) {
     EXPECT_EQ(bits[9], 31 << 10);
 }
 
-TEST(SimDesktopFaults, WindowClosesMidRead) {
+// Clicks on the game's buttons (and stray ones) are followed by the simulator
+// and session tests; here a window closing mid-read and the sounds.
+TEST(SimDesktopFaults, WindowClosesMidReadAndEmptySoundsAreNotPlayed) {
     SimDesktop d;
     WindowHandle h = d.AddWindow("T", {0, 0, 40, 40});
     d.CloseAfterCalls(h, 2);
@@ -71,20 +64,6 @@ TEST(SimDesktopFaults, WindowClosesMidRead) {
     EXPECT_FALSE(d.GetWindowRect(h, r));
     EXPECT_EQ(d.WindowText(h), "");
     EXPECT_EQ(d.WindowStyle(h), 0u);
-}
-
-TEST(SimDesktopInput, ClicksHitTheTopmostWindowUnderTheCursor) {
-    SimDesktop d;
-    WindowHandle h = d.AddWindow("T", {100, 100, 200, 200});
-    int seen = 0;
-    d.OnClick([&](const SimClick& c) { seen += c.Target == h; });
-    d.SetCursorPos({150, 150});
-    d.LeftClick();
-    d.SetCursorPos({50, 50});
-    d.LeftClick();
-    ASSERT_EQ(d.Clicks().size(), 2u);
-    EXPECT_EQ(d.Clicks()[1].Target, 0);
-    EXPECT_EQ(seen, 1);
     d.PlaySystemSound("");
     d.PlaySystemSound("SystemExclamation");
     EXPECT_EQ(d.Sounds(), std::vector<std::string>{"SystemExclamation"});
@@ -104,10 +83,8 @@ TEST(VirtualClockTest, WaitRunsDueJobsInOrderAndNestedWaitsAdvance) {
     EXPECT_EQ(c.TickCount(), 600u);
     c.Wait(1000);
     EXPECT_EQ(order.back(), 3);
-    LocalTime t = c.Now();
-    EXPECT_EQ(t.Day, 6);
-    EXPECT_EQ(t.Hour, 0);
-    EXPECT_EQ(t.Weekday, 5);  // 6 March 2026 is a Friday
+    const LocalTime t = c.Now();
+    EXPECT_EQ((std::array<int, 3>{t.Day, t.Hour, t.Weekday}), (std::array<int, 3>{6, 0, 5}));  // 6 March 2026 is a Friday
 }
 
 TEST(VirtualClockTest, TickCountWrapsLikeTheSystemCounter) {
