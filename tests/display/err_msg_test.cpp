@@ -36,9 +36,7 @@ TEST(ErrMsg, SentencesBySiteInterfaceAndTableMode) {
         const bool jpFont = lang == LangJapanese || std::string(text).find("が") != std::string::npos;
         EXPECT_EQ(w.FontName + " " + std::to_string(w.FontSize), jpFont ? "JFont 12" : "Arial 13");
     }
-    EXPECT_EQ(desk.Sounds().size(), std::size(cases));
-    EXPECT_EQ(desk.Sounds().back(), "SystemExclamation");
-    EXPECT_EQ(MessageText(7, LangEnglish, TableModeSpades, false), "&laquo;Spades Score&raquo; remains Unchanged.");
+    EXPECT_EQ(desk.Sounds(), std::vector<std::string>(std::size(cases), "SystemExclamation"));
     // The further Spanish sites speak Spanish.
     EXPECT_EQ(MessageText(21, 8, TableModeSpades, false), MessageText(21, LangSpanish, TableModeSpades, false));
 }
