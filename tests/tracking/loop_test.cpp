@@ -66,10 +66,8 @@ struct FakeReaders final : tracking::GameReaders {
 reading::HandRead SomeHand(const std::string& northName) {
     reading::HandRead h;
     h.Names = {northName, "east_p", "south_p", "west_p"};
-    const char* ranks = "23456789TJQKA";
-    const char* suits = "CDHS";
     for (int s = 0; s < 4; ++s)
-        for (int t = 0; t < 13; ++t) h.Cards[s][t] = std::string(1, ranks[t]) + suits[s];
+        for (int t = 0; t < 13; ++t) h.Cards[s][t] = std::string{"23456789TJQKA"[t], "CDHS"[s]};
     for (int t = 0; t < 13; ++t) h.Marks[0][t] = 1;  // North leads every trick
     return h;
 }
