@@ -7,23 +7,11 @@
 #include "reading/table_reader.h"
 #include "sim/glyph_draw.h"
 #include "sim/render_table.h"
+#include "reading/table_rig.h"
 
 namespace {
 
-struct Rig {
-    platform::SimDesktop desk{1280, 1024};
-    platform::VirtualClock clock;
-    reading::Capture cap{desk, clock};
-    reading::GlyphTable glyphs;
-    reading::WinTitles titles;
-    reading::TableReader reader{cap, glyphs, titles};
-
-    explicit Rig(const platform::Image& img) {
-        cap.GameWindow = desk.AddWindow("Game: Spades", {0, 0, img.Width, img.Height});
-        desk.SetImage(cap.GameWindow, img);
-        reader.SelectReadingFont();
-    }
-};
+using Rig = TableRig;
 
 sim::TableView Table(int players) {
     sim::TableView v;

@@ -6,6 +6,7 @@
 
 #include "platform/clock.h"
 #include "platform/sim_desktop.h"
+#include "reading/table_rig.h"
 
 namespace {
 
@@ -49,20 +50,7 @@ void PutFrame(platform::Image& img, int x, int y, std::uint32_t rgb = kFrame) {
     img.FillRect(x + 245, y - 159, x + 246, y + 1, rgb);
 }
 
-struct Hand {
-    platform::SimDesktop desk{1280, 1024};
-    platform::VirtualClock clock;
-    reading::Capture cap{desk, clock};
-    reading::GlyphTable glyphs;
-    reading::WinTitles titles;
-    reading::TableReader reader{cap, glyphs, titles};
-    explicit Hand(const platform::Image& img, int lang = 1) {
-        cap.GameWindow = desk.AddWindow("Game: Spades", {0, 0, img.Width, img.Height});
-        desk.SetImage(cap.GameWindow, img);
-        reader.GameLanguage = lang;
-        reader.SelectReadingFont();
-    }
-};
+using Hand = TableRig;
 
 }  // namespace
 

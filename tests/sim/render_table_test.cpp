@@ -7,28 +7,20 @@
 #include "platform/sim_desktop.h"
 #include "reading/image_file.h"
 #include "reading/table_reader.h"
+#include "reading/table_rig.h"
 
 namespace {
 
 constexpr int kLanguages[] = {1, 2, 3, 5, 6, 7, 8, 9};
 
-struct Rig {
-    platform::SimDesktop desk{1280, 1024};
-    platform::VirtualClock clock;
-    reading::Capture cap{desk, clock};
-    reading::GlyphTable glyphs;
-    reading::WinTitles titles;
-    reading::TableReader reader{cap, glyphs, titles};
+struct Rig : TableRig {
     platform::WindowHandle game = 0;
     platform::Image image;
 
     explicit Rig(const sim::TableView& v, int x = 0, int y = 0) {
         image = sim::RenderTableWindow(v, glyphs);
-        game = desk.AddWindow(titles.Title(v.Language, reading::SlotTable), {x, y, x + image.Width, y + image.Height});
-        desk.SetImage(game, image);
-        cap.GameWindow = game;
-        reader.GameLanguage = v.Language;
-        reader.SelectReadingFont();
+        Open(image, v.Language, x, y, titles.Title(v.Language, reading::SlotTable));
+        game = cap.GameWindow;
     }
     void Show(const sim::TableView& v) {
         image = sim::RenderTableWindow(v, glyphs);
