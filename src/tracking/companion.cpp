@@ -1054,16 +1054,22 @@ void Companion::TrickStep() {
     if (t != 0) over = tr.IsNew && t < p && p >= 10;
     else over = p != -1;
     if (tr.IsNew && t > TricksPlayed) TricksPlayed = t;
+    AfterTrick(t, 3000, 2000);
+    if (over) CaptureLastHand(1);
+    InTrickStep = false;
+}
+
+// What both trick steps do after reading trick number t: the right counter
+// shows the trick, and the last-hand capture moves earlier near the end.
+void Companion::AfterTrick(int t, std::uint32_t delayAt11, std::uint32_t delayAt12) {
     if (Counters.CounterShown == 2) {
         auto tricks = SideTricks(TrickCounts);
         Counters.frmCounter.ShowCounterNow({Scores.TeamScore[0], Scores.TeamScore[1]}, tricks, Bids, NilBroken);
     }
     PrevTrickCount = t;
     const std::uint32_t now = clock_.TickCount();
-    if (t == 11) SlotDue[SlotHand] = now + 3000;
-    if (t == 12) SlotDue[SlotHand] = now + 2000;
-    if (over) CaptureLastHand(1);
-    InTrickStep = false;
+    if (t == 11) SlotDue[SlotHand] = now + delayAt11;
+    if (t == 12) SlotDue[SlotHand] = now + delayAt12;
 }
 
 void Companion::TrickStepCounting() {
@@ -1094,14 +1100,7 @@ void Companion::TrickStepCounting() {
         }
         const int t = tr.TrickNumber, p = PrevTrickCount;
         const bool over = t != 0 ? (t < p && p >= 10) : (p != -1);
-        if (Counters.CounterShown == 2) {
-            auto tricks = SideTricks(TrickCounts);
-            Counters.frmCounter.ShowCounterNow({Scores.TeamScore[0], Scores.TeamScore[1]}, tricks, Bids, NilBroken);
-        }
-        PrevTrickCount = t;
-        const std::uint32_t now = clock_.TickCount();
-        if (t == 11) SlotDue[SlotHand] = now + 10000;
-        if (t == 12) SlotDue[SlotHand] = now + 8000;
+        AfterTrick(t, 10000, 8000);
         if (over) {
             InTrickStep = false;
             CaptureLastHand(1);

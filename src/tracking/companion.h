@@ -276,6 +276,7 @@ private:
     int CaptureLastHandBody(int autoMode);
     void FileDeal(const reading::HandRead& hand, int p);
     std::array<int, 3> SideTricks(const std::array<int, 4>& byPos) const;
+    void AfterTrick(int t, std::uint32_t delayAt11, std::uint32_t delayAt12);
     void Log(const std::string& line);
 
     platform::Desktop& desktop_;
