@@ -1,79 +1,26 @@
-// Plain view-model pieces for the small windows of this folder: what a label
-// shows, how a window stands, and text items drawn onto a picture surface.
-// A toolkit window paints these; tests read them.
+// The view-model vocabulary as this folder's windows use it.
 #pragma once
 
-#include <cstdint>
-#include <functional>
-#include <string>
-#include <string_view>
-#include <vector>
-
-#include "core/json.h"
+#include "core/view_model.h"
 
 namespace scoring {
 
-// Colours are 0x00BBGGRR.
-using Color = std::uint32_t;
-inline constexpr Color Black = 0x000000;
-inline constexpr Color White = 0xFFFFFF;
-inline constexpr Color Red = 0x0000FF;
-inline constexpr Color Blue = 0xFF0000;
-inline constexpr Color Magenta = 0xFF00FF;
-inline constexpr Color DarkRed = 0x0000C8;  // 200, 0, 0
-
-struct Font {
-    std::string Name = "Arial";
-    double Size = 10;  // points
-    bool Bold = false;
-    bool operator==(const Font&) const = default;
-};
-
-struct Label {
-    std::string Caption;
-    Color ForeColor = Black;
-    Font TextFont;
-    bool Visible = true;
-    int Left = 0, Top = 0, Width = 0, Height = 0;  // pixels, client coordinates
-};
-
-// A frame shape or line of a form design.
-struct Shape {
-    int Left = 0, Top = 0, Width = 0, Height = 0;
-    bool Visible = true;
-};
-
-struct WindowModel {
-    std::string Caption;
-    int Left = 0, Top = 0;          // screen pixels
-    int Width = 0, Height = 0;      // outer size in pixels
-    bool Visible = false;
-    Color BackColor = White;
-    // Raised by every request to put the window on top again; the window
-    // layer calls SetWindowPos(topmost) whenever it changes.
-    int TopmostRequests = 0;
-};
-
-// One text drawn on a picture surface: (X, Y) is the top-left of the text.
-struct DrawText {
-    double X = 0, Y = 0;
-    std::string Text;
-    std::string Typeface = "Arial";
-    double Size = 10;
-    Color ForeColor = Black;
-    bool Bold = false;
-};
-
-// Width in pixels of a text in a font. The window layer can supply the real
-// measure; the default is a fixed approximation good enough for layout.
-using TextWidthFn = std::function<double(std::string_view text, const Font& font)>;
-double ApproxTextWidth(std::string_view text, const Font& font);
-
-// Twips per pixel at the usual 96 dpi.
-inline constexpr int TwipsPerPixel = 15;
-
-core::Json LabelTexts(const Label* labels, std::size_t n);
-core::Json ToJson(const Label& l);
-core::Json ToJson(const DrawText& d);
+using core::Black;
+using core::Blue;
+using core::Color;
+using core::DarkRed;
+using core::DrawText;
+using core::Font;
+using core::Label;
+using core::Magenta;
+using core::Red;
+using core::Shape;
+using core::TextWidthFn;
+using core::TwipsPerPixel;
+using core::White;
+using core::WindowModel;
+using core::ApproxTextWidth;
+using core::LabelTexts;
+using core::ToJson;
 
 }  // namespace scoring

@@ -1,8 +1,8 @@
-#include "scoring/view_model.h"
+#include "core/view_model.h"
 
 #include <cstdio>
 
-namespace scoring {
+namespace core {
 
 double ApproxTextWidth(std::string_view text, const Font& font) {
     // Em fractions close to Arial's: digits and most letters about 0.56 em,
@@ -62,4 +62,4 @@ core::Json ToJson(const DrawText& d) {
     return j;
 }
 
-}  // namespace scoring
+}  // namespace core
