@@ -15,6 +15,7 @@
 
 #include "core/folders.h"
 #include "core/notation.h"
+#include "core/save_result.h"
 #include "core/settings.h"
 #include "core/startup.h"
 #include "display/deal_record.h"
@@ -93,6 +94,9 @@ struct FiledDeal {
     std::array<std::string, 4> Names;  // by compass seat
     std::array<int, 4> Tricks{};       // by compass seat
     int UserSeat = 0;
+    // Every player file this deal wrote or failed to write (record, Nil
+    // history, rating history), in the order written.
+    std::vector<core::SaveResult> Saves;
 };
 
 class Companion {
