@@ -37,7 +37,7 @@ void BM_Replay12Deals(benchmark::State& state) {
             state.SkipWithError("the session did not run to its end");
             break;
         }
-        filed = s.App.FiledCount;
+        filed = s.App.FiledCount();
     }
     state.counters["deals"] = filed;
     std::filesystem::remove_all(home);

@@ -11,6 +11,7 @@
 #include "core/text.h"
 #include "sim/scenario.h"
 #include "replay/session.h"
+#include "scoring/nil_history.h"
 
 namespace app {
 
@@ -123,42 +124,45 @@ int RunDemo(const Args& args) {
                     scenario.game.randomDeals, home.c_str());
     }
     int k = 0;
-    session.App.OnDealFiled = [&](const tracking::FiledDeal& d) {
+    session.Events.OnDealFiled = [&](const tracking::FiledDeal& d) {
         ++k;
         if (human) PrintHumanDeal(k, d, work);
         else std::printf("%s\n", replay::FiledDealJson(k, d).Dump().c_str());
         std::fflush(stdout);
     };
-    session.App.OnGameOver = [&](const scoring::ScoreRows::Row& r) {
+    session.Events.OnGameOver = [&](const tracking::GameOver& g) {
+        const auto& r = g.Score;
         if (human) {
             const int user = session.App.UserSeat();
             const int uc = (user % 2) * 2, oc = uc ^ 2;
             std::printf("\n  *** Game over: we %d, they %d — %s. ***\n", r[uc], r[oc], r[uc] > r[oc] ? "we won" : "they won");
-            if (session.App.Rating)
-                std::printf("  Rating %s recorded in %s\n\n", core::Trim(session.App.Rating->MyRating.Caption).c_str(),
-                            session.App.Rating->Options.HistoryPath.c_str());
+            if (g.RatingRecorded)
+                std::printf("  Rating %s recorded in %s\n\n", core::Trim(g.Rating).c_str(),
+                            session.App.Rating()->Options.HistoryPath.c_str());
+            else
+                std::printf("  Rating %s unchanged: nothing recorded\n\n", core::Trim(g.Rating).c_str());
         } else {
             std::printf("%s\n", replay::GameOverJson(r).Dump().c_str());
         }
         std::fflush(stdout);
     };
     if (!session.Start()) {
-        std::fprintf(stderr, "tarvellos-cli demo: the companion did not start:\n%s\n", session.App.Screen.Text().c_str());
+        std::fprintf(stderr, "tarvellos-cli demo: the companion did not start:\n%s\n", session.App.StartupScreen().Text().c_str());
         return 1;
     }
     const bool ended = session.Run();
     if (human) {
         std::printf("\nAfter %d deals (%.0f minutes of game time, replayed in virtual time):\n", k,
                     static_cast<double>(session.Clock.Elapsed()) / 60000.0);
-        std::printf("  Record files   %s (%d files in the file box)\n", work.c_str(), session.App.filBox.Count());
+        std::printf("  Record files   %s (%d files in the file box)\n", work.c_str(), session.App.Models().filBox.Count());
         const std::string nil = core::JoinPath(work, scoring::NilReportName(false));
         std::printf("  Nil history    %s%s\n", nil.c_str(), std::filesystem::exists(nil) ? "" : " (no Nil bid by your side yet)");
-        if (session.App.Rating)
-            std::printf("  Rating history %s%s\n", session.App.Rating->Options.HistoryPath.c_str(),
-                        std::filesystem::exists(session.App.Rating->Options.HistoryPath) ? "" : " (no game finished yet)");
-        if (session.App.Alerts && !session.App.Alerts->View.AlertName.Caption.empty())
-            std::printf("  Alert label    %s\n", session.App.Alerts->View.AlertName.Caption.c_str());
-        for (const std::string& e : session.App.ErrorLog) std::printf("  Error window   %s\n", e.c_str());
+        if (session.App.Rating())
+            std::printf("  Rating history %s%s\n", session.App.Rating()->Options.HistoryPath.c_str(),
+                        std::filesystem::exists(session.App.Rating()->Options.HistoryPath) ? "" : " (no game finished yet)");
+        if (session.App.Alerts() && !session.App.Alerts()->View.AlertName.Caption.empty())
+            std::printf("  Alert label    %s\n", session.App.Alerts()->View.AlertName.Caption.c_str());
+        for (const std::string& e : session.App.ErrorLog()) std::printf("  Error window   %s\n", e.c_str());
     }
     if (!ended) {
         std::fprintf(stderr, "tarvellos-cli demo: the session did not run to its end (%d of %d deals filed)\n", k,

@@ -60,25 +60,25 @@ int RunReplay(const Args& args) {
         return 1;
     }
     int deal = 0, unwritten = 0;
-    session.App.OnDealFiled = [&deal, &unwritten](const tracking::FiledDeal& d) {
+    session.Events.OnDealFiled = [&deal, &unwritten](const tracking::FiledDeal& d) {
         std::printf("%s\n", replay::FiledDealJson(++deal, d).Dump().c_str());
         std::fflush(stdout);
         if (d.File.empty()) ++unwritten;  // the record file could not be written
     };
-    session.App.OnGameOver = [](const scoring::ScoreRows::Row& score) {
-        std::printf("%s\n", replay::GameOverJson(score).Dump().c_str());
+    session.Events.OnGameOver = [](const tracking::GameOver& g) {
+        std::printf("%s\n", replay::GameOverJson(g.Score).Dump().c_str());
         std::fflush(stdout);
     };
     if (!session.Start()) {
-        std::fprintf(stderr, "tarvellos-cli replay: the companion did not start:\n%s\n", session.App.Screen.Text().c_str());
+        std::fprintf(stderr, "tarvellos-cli replay: the companion did not start:\n%s\n", session.App.StartupScreen().Text().c_str());
         return 1;
     }
     const bool ended = session.Run();
     // What the error window showed, each message once with how often.
-    for (std::size_t i = 0; i < session.App.ErrorLog.size();) {
+    for (std::size_t i = 0; i < session.App.ErrorLog().size();) {
         std::size_t j = i;
-        while (j < session.App.ErrorLog.size() && session.App.ErrorLog[j] == session.App.ErrorLog[i]) ++j;
-        std::fprintf(stderr, "error window: %s%s\n", session.App.ErrorLog[i].c_str(),
+        while (j < session.App.ErrorLog().size() && session.App.ErrorLog()[j] == session.App.ErrorLog()[i]) ++j;
+        std::fprintf(stderr, "error window: %s%s\n", session.App.ErrorLog()[i].c_str(),
                      j - i > 1 ? (" (" + std::to_string(j - i) + " times)").c_str() : "");
         i = j;
     }
@@ -89,7 +89,7 @@ int RunReplay(const Args& args) {
     }
     if (!ended) {
         std::fprintf(stderr, "tarvellos-cli replay: the session did not run to its end: %d of %d deals filed\n",
-                     session.App.FiledCount, session.DealsPlayed());
+                     session.App.FiledCount(), session.DealsPlayed());
         return 1;
     }
     return 0;

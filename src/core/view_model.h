@@ -89,6 +89,20 @@ struct MenuItem {
     bool Visible = true;
 };
 
+// A label or button with only its caption and visibility set.
+inline Label MakeLabel(std::string caption, bool visible = true) {
+    Label l;
+    l.Caption = std::move(caption);
+    l.Visible = visible;
+    return l;
+}
+inline Button MakeButton(std::string caption, bool visible = true) {
+    Button b;
+    b.Caption = std::move(caption);
+    b.Visible = visible;
+    return b;
+}
+
 Json LabelTexts(const Label* labels, std::size_t n);
 Json ToJson(const Label& l);
 Json ToJson(const DrawText& d);

@@ -21,12 +21,12 @@ Session::Session(const sim::Scenario& scenario, std::string programFolder)
       Clock(StartOf(scenario)),
       Desktop(scenario.screenWidth, scenario.screenHeight),
       Game(Desktop, Clock, Scenario, RenderedTable()),
-      App(Desktop, Clock, core::Folders{ProgramFolder, "Work"}, Readers),
-      Readers(App.Cap, App.Titles),
+      Screen(Desktop, Clock),
+      App(Desktop, Clock, core::Folders{ProgramFolder, "Work"}, Screen, Events),
       Timer(Clock, App) {
     Desktop.SetExecutableFolder(ProgramFolder);
     Desktop.SetAnsiCodePage(scenario.codepage);
-    App.CheckArchive = false;  // a simulated session may well run from a temporary folder
+    App.SetArchiveCheck(false);  // a simulated session may well run from a temporary folder
 }
 
 Session::~Session() { Timer.Stop(); }
@@ -52,7 +52,7 @@ bool Session::WriteProgramFiles(std::string& error) {
 }
 
 bool Session::Start(bool openSubWindows) {
-    if (!App.Form_Load()) return false;
+    if (!App.Start()) return false;
     Game.Start(openSubWindows);
     Timer.Start();
     return true;
@@ -77,7 +77,7 @@ bool Session::Run(std::uint64_t limitMs) {
     std::uint64_t finishedAt = 0, progressAt = start;
     std::size_t events = Game.Game().Events().size();
     while (limitMs == 0 || Clock.Elapsed() - start < limitMs) {
-        if (App.Ended) return false;
+        if (App.Ended()) return false;
         if (Game.Game().Events().size() != events) {
             events = Game.Game().Events().size();
             progressAt = Clock.Elapsed();
@@ -86,7 +86,7 @@ bool Session::Run(std::uint64_t limitMs) {
         }
         if (GameFinished()) {
             if (finishedAt == 0) finishedAt = Clock.Elapsed();
-            if (App.FiledCount >= DealsPlayed() && !App.InHandCapture) {
+            if (App.FiledCount() >= DealsPlayed() && !App.Busy()) {
                 Clock.Wait(1000);
                 return true;
             }

@@ -15,6 +15,7 @@
 #include "sim/sim_game_desktop.h"
 #include "tracking/companion.h"
 #include "tracking/pixel_readers.h"
+#include "replay/virtual_timer.h"
 
 namespace replay {
 
@@ -55,9 +56,12 @@ public:
     platform::SimDesktop Desktop;
     sim::SimGameDesktop Game;
 
+    // The composition: what the companion reads, what it tells, the
+    // companion, and its timer, made in that order.
+    tracking::CallbackEvents Events;
+    tracking::ScreenReading Screen;
     tracking::Companion App;
-    tracking::PixelReaders Readers;
-    tracking::VirtualTimer Timer;
+    VirtualTimer Timer;
 };
 
 // The JSON Lines of a filed deal and of a finished game, as replay prints them.

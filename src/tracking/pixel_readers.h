@@ -47,6 +47,15 @@ private:
     platform::Rect scannedRect_{};
 };
 
+// The screen reading of the product, in the order it must be made: the
+// titles and the capture first, then the readers that use them.
+struct ScreenReading {
+    ScreenReading(platform::Desktop& desktop, platform::Clock& clock) : Cap(desktop, clock), Readers(Cap, Titles) {}
+    reading::WinTitles Titles;
+    reading::Capture Cap;
+    PixelReaders Readers;
+};
+
 // Tricks positions of the table (0 lower left, 1 upper left, 2 upper right,
 // 3 lower right) by table position: the tricks label of a player stands on
 // the row of the player's bid label.

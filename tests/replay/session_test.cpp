@@ -56,11 +56,11 @@ struct Table {
     explicit Table(const TableSetup& sp, const std::string& name) : home(TempHome(name)), s(Make(sp), home) {
         std::string err;
         EXPECT_TRUE(s.WriteProgramFiles(err)) << err;
-        s.App.OnDealFiled = [this](const tracking::FiledDeal& d) {
+        s.Events.OnDealFiled = [this](const tracking::FiledDeal& d) {
             filed.push_back(d);
             shown.push_back(s.Game.Game().State().lastHand);
         };
-        s.App.OnGameOver = [this](const scoring::ScoreRows::Row& r) { gameOvers.push_back(r); };
+        s.Events.OnGameOver = [this](const tracking::GameOver& g) { gameOvers.push_back(g.Score); };
     }
     ~Table() { fs::remove_all(home); }
 
@@ -102,7 +102,7 @@ void ExpectFiledAsPlayed(Table& r) {
         const std::string& file = r.filed[i].File;
         EXPECT_EQ(r.filed[i].ScoreRow, lines[i]) << file;
         display::DealRecord rec;
-        EXPECT_EQ(r.s.App.Records->ReadRecordFile(file, rec), 0) << file;
+        EXPECT_EQ(r.s.App.Records()->ReadRecordFile(file, rec), 0) << file;
         const sim::FinishedDeal& lh = r.shown[i];
         ASSERT_TRUE(lh.valid);
         for (int seat = 0; seat < 4; ++seat) {
@@ -125,8 +125,8 @@ TEST_P(Languages, DealsAreFollowedOnEverySite) {
     ASSERT_TRUE(r.s.Start());
     ASSERT_TRUE(r.s.Run()) << r.filed.size() << " filed";
     ExpectFiledAsPlayed(r);
-    EXPECT_EQ(r.s.App.GameLanguage, GetParam());
-    EXPECT_TRUE(r.s.App.ErrorLog.empty()) << r.s.App.ErrorLog.front();
+    EXPECT_EQ(static_cast<int>(r.s.App.Language()), GetParam());
+    EXPECT_TRUE(r.s.App.ErrorLog().empty()) << r.s.App.ErrorLog().front();
     r.ExpectNoStrayClicks();
 }
 
@@ -168,9 +168,9 @@ TEST(Session, UserSeatFoundThroughMyYahooIDAndItsCounter) {
     ASSERT_EQ(r.filed.size(), 1u);
     EXPECT_EQ(r.filed[0].File, "03_05_001");
     EXPECT_EQ(r.filed[0].UserSeat, core::South);
-    EXPECT_EQ(r.s.App.frmZ.plName[0].Caption, "me_player");
-    EXPECT_EQ(r.s.App.frmZ.plName[2].Caption, "lefty_one");
-    EXPECT_EQ(r.s.App.frmZ.Caption, "TarvelloS  2.5 Table: Oak [alice]");
+    EXPECT_EQ(r.s.App.Models().frmZ.plName[0].Caption, "me_player");
+    EXPECT_EQ(r.s.App.Models().frmZ.plName[2].Caption, "lefty_one");
+    EXPECT_EQ(r.s.App.Models().frmZ.Caption, "TarvelloS  2.5 Table: Oak [alice]");
     // South's side is North-South: the counter's "We" figures are those of N/S.
     const auto& row = r.filed[0].ScoreRow;
     EXPECT_EQ(r.filed[0].cPts[0] + "|" + r.filed[0].cPts[1], std::to_string(row[0]) + "|" + std::to_string(row[2]));
@@ -186,8 +186,8 @@ TEST(Session, SpecialTablesAreRecognised) {
         Table r(sp, suicide ? "suicide" : "dnil");
         ASSERT_TRUE(r.s.Start());
         ASSERT_TRUE(r.s.Run());
-        EXPECT_EQ(r.s.App.Table.DNilPassTable, !suicide);
-        EXPECT_EQ(r.s.App.Table.SuicideTable, suicide);
+        EXPECT_EQ(r.s.App.Table().DNilPassTable, !suicide);
+        EXPECT_EQ(r.s.App.Table().SuicideTable, suicide);
         ExpectFiledAsPlayed(r);
         ASSERT_EQ(r.filed.size(), 1u);
         if (!suicide) continue;
@@ -208,12 +208,12 @@ TEST(Session, TheBoardBidsForTheUserInEveryDeal) {
     const std::array<int, 2> buttons = {4, 14};
     for (std::size_t deal = 0; deal < 2; ++deal) {
         // Until the board comes up for the user's bid.
-        for (int i = 0; i < 3000 && !r.s.App.frmBoard.Visible; ++i) r.s.Advance(100);
-        ASSERT_TRUE(r.s.App.frmBoard.Visible) << "deal " << deal + 1;
+        for (int i = 0; i < 3000 && !r.s.App.Models().frmBoard.Visible; ++i) r.s.Advance(100);
+        ASSERT_TRUE(r.s.App.Models().frmBoard.Visible) << "deal " << deal + 1;
         EXPECT_EQ(r.s.Game.Game().State().turn, static_cast<int>(seat));
-        r.s.App.Btn_Click(buttons[deal]);
-        r.s.App.Btn_Click(17);  // the confirmation: "4 OK ?", "NIL OK?"
-        EXPECT_FALSE(r.s.App.frmBoard.Visible);
+        r.s.App.PressBoardButton(buttons[deal]);
+        r.s.App.PressBoardButton(17);  // the confirmation: "4 OK ?", "NIL OK?"
+        EXPECT_FALSE(r.s.App.Models().frmBoard.Visible);
         for (int i = 0; i < 3000 && r.filed.size() <= deal; ++i) r.s.Advance(1000);
         ASSERT_EQ(r.filed.size(), deal + 1);
         EXPECT_EQ(r.filed[deal].Bids[seat], bids[deal]);
@@ -233,27 +233,27 @@ TEST(Session, InterruptionsLoseNoDeal) {
     for (int i = 0; i < 3600 && r.s.Game.SubWindow(sim::SimGameDesktop::kLastHand) == 0; ++i) r.s.Advance(500);
     r.s.Desktop.FailCaptures(r.s.Game.SubWindow(sim::SimGameDesktop::kLastHand), 6);
     r.s.Desktop.FailCaptures(r.s.Game.SubWindow(sim::SimGameDesktop::kScore), 6);
-    for (int i = 0; i < 3600 && !r.s.App.SlotArmed[tracking::SlotHand]; ++i) r.s.Advance(500);
-    ASSERT_TRUE(r.s.App.SlotArmed[tracking::SlotHand]);
-    r.s.App.cmdTimer_Click();
-    const std::int32_t left = r.s.App.SlotLeft[tracking::SlotHand];
+    for (int i = 0; i < 3600 && !r.s.App.Slots().Armed(tracking::Job::LastHand); ++i) r.s.Advance(500);
+    ASSERT_TRUE(r.s.App.Slots().Armed(tracking::Job::LastHand));
+    r.s.App.TogglePause();
+    const std::int32_t left = r.s.App.Slots().Left(tracking::Job::LastHand);
     r.s.Advance(30000);
     EXPECT_TRUE(r.filed.empty()) << "nothing is captured while paused";
-    r.s.App.cmdTimer_Click();
-    EXPECT_EQ(r.s.App.SlotDue[tracking::SlotHand], r.s.Clock.TickCount() + static_cast<std::uint32_t>(left));
+    r.s.App.TogglePause();
+    EXPECT_EQ(r.s.App.Slots().DueAt(tracking::Job::LastHand), r.s.Clock.TickCount() + static_cast<std::uint32_t>(left));
     for (int i = 0; i < 3600 && r.filed.empty(); ++i) r.s.Advance(1000);
     ASSERT_EQ(r.filed.size(), 1u);
     r.s.Game.CloseTable();
     r.s.Advance(2000);
-    EXPECT_EQ(r.s.App.OnlineMode, 2);
-    EXPECT_EQ(r.s.App.frmZ.Caption, tracking::kProgramCaption);
+    EXPECT_EQ(r.s.App.Online(), tracking::OnlineMode::Offline);
+    EXPECT_EQ(r.s.App.Models().frmZ.Caption, tracking::kProgramCaption);
     r.s.Game.ReopenTable();
     r.s.Advance(2000);
-    EXPECT_EQ(r.s.App.OnlineMode, 1);
-    r.s.App.Restart();
-    EXPECT_EQ(r.s.App.OnlineMode, 0);
+    EXPECT_EQ(r.s.App.Online(), tracking::OnlineMode::Online);
+    r.s.App.RestartTable();
+    EXPECT_EQ(r.s.App.Online(), tracking::OnlineMode::Fresh);
     r.s.Advance(1500);
-    EXPECT_EQ(r.s.App.OnlineMode, 1);
+    EXPECT_EQ(r.s.App.Online(), tracking::OnlineMode::Online);
     r.s.Game.CloseSubWindow(sim::SimGameDesktop::kLastHand);
     r.s.Game.CloseSubWindow(sim::SimGameDesktop::kScore);
     ASSERT_TRUE(r.s.Run());
@@ -275,16 +275,16 @@ TEST(Session, CountingFormReadsTheLastTrickCards) {
         r.s.Advance(250);
     }
     r.s.Advance(1200);
-    EXPECT_TRUE(r.s.App.Rating->CountingAllowed);
-    ASSERT_GE(r.s.App.PlayedCards.size(), 5u);
+    EXPECT_TRUE(r.s.App.Rating()->CountingAllowed);
+    ASSERT_GE(r.s.App.Deal().PlayedCards.size(), 5u);
     // The cards of the last trick and the trick labels, by table position,
     // are the game's.
     const auto& st = r.s.Game.Game().State();
-    const auto& read = r.s.App.PlayedCards.back();
+    const auto& read = r.s.App.Deal().PlayedCards.back();
     for (std::size_t k = 0; k < 4; ++k) {
         const auto seat = static_cast<std::size_t>((st.userSeat + static_cast<int>(k)) % 4);
         EXPECT_EQ(read[k], st.lastTrick.cards[seat]);
-        EXPECT_EQ(r.s.App.TrickCounts[k], st.tricks[seat]);
+        EXPECT_EQ(r.s.App.Deal().TrickCounts[k], st.tricks[seat]);
     }
 }
 
@@ -292,8 +292,8 @@ TEST(Session, SecondInstanceIsRefused) {
     Table r(TableSetup{}, "second");
     r.s.Desktop.SetPrevInstance(true);
     EXPECT_FALSE(r.s.Start());
-    EXPECT_TRUE(r.s.App.Ended);
-    EXPECT_FALSE(r.s.App.TimerEnabled);
+    EXPECT_TRUE(r.s.App.Ended());
+    EXPECT_FALSE(r.s.App.TimerEnabled());
     EXPECT_TRUE(r.s.Desktop.Clicks().empty());
 }
 

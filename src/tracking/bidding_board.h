@@ -1,0 +1,35 @@
+// The bidding board: reads the game's bid panel, shows the board with the
+// buttons of that panel, and presses the game's button the user chose.
+#pragma once
+
+#include "tracking/engine.h"
+#include "tracking/game_windows.h"
+
+namespace tracking {
+
+class BiddingBoard {
+public:
+    BiddingBoard(Engine& e, GameWindows& w) : e_(e), w_(w) {}
+
+    // 100 ordinary panel, 200 Double Nil panel, 0 none (or the board was
+    // hidden after a bid).
+    int GetBoardStat();
+    // Opens the board for the panel the game shows, when the mode wants it.
+    void CheckBoard();
+    void ShowBoard(int mode);
+    // A button of the board was pressed (1-13 bids, 14 Nil, 15 Double Nil,
+    // 16 Show, 17 confirmation, 18 Cancel, 20 Don't Care, 21 Never Mind).
+    void Press(int index);
+    void HideMe();
+    // A new deal: the board closes and its panel is new again.
+    void NewDeal();
+
+private:
+    void ClickBidButton(int index, bool reread);
+    void DoClickEver(int index);
+
+    Engine& e_;
+    GameWindows& w_;
+};
+
+}  // namespace tracking

@@ -1,0 +1,32 @@
+// The capture of a finished deal: reads the game's score lines and the four
+// hands of the "Last Hand" window (with the retries the game's slow windows
+// need), finds the user's seat, and hands the deal to the filer.
+#pragma once
+
+#include "tracking/deal_filer.h"
+#include "tracking/deal_flow.h"
+#include "tracking/engine.h"
+#include "tracking/game_windows.h"
+
+namespace tracking {
+
+class DealCapture {
+public:
+    DealCapture(Engine& e, GameWindows& w, DealFlow& flow, DealFiler& filer)
+        : e_(e), w_(w), flow_(flow), filer_(filer) {}
+
+    // `automatic`: run by the "Last Hand" job (only while it is armed), else
+    // by the "Hand" button, which reports every failure.
+    CaptureResult Capture(bool automatic);
+
+private:
+    CaptureResult ReadAndFile();
+    void Report(CaptureResult r, bool automatic);
+
+    Engine& e_;
+    GameWindows& w_;
+    DealFlow& flow_;
+    DealFiler& filer_;
+};
+
+}  // namespace tracking

@@ -1,0 +1,84 @@
+#include "tracking/engine.h"
+
+#include "core/text.h"
+
+namespace tracking {
+
+Engine::Engine(platform::Desktop& desktop, platform::Clock& clock, core::Folders folders, GameReaders& readers,
+               CompanionEvents& events, reading::Capture* cap, reading::WinTitles* titles)
+    : ownCap_(cap ? nullptr : std::make_unique<reading::Capture>(desktop, clock)),
+      ownTitles_(titles ? nullptr : std::make_unique<reading::WinTitles>()),
+      Desktop(desktop),
+      Clock(clock),
+      Folders(std::move(folders)),
+      Readers(readers),
+      Events(events),
+      Cap(cap ? *cap : *ownCap_),
+      Titles(titles ? *titles : *ownTitles_),
+      Models(&desktop) {}
+
+void Engine::Log(const std::string& line) {
+    Events.Trace(line);
+    if (!Settings.log.empty())
+        core::AppendTextFile(Folders.EnterProgramFolder(Settings.log), {line}, Desktop.AnsiCodePage());
+}
+
+void Engine::ShowError(const std::string& text) {
+    Models.frmErrMsg.ShowErrorMsg(text);
+    ErrorLog.push_back(Models.frmErrMsg.Text);
+    Events.Error(Models.frmErrMsg.Text);
+    Changed();
+}
+
+void Engine::PutMsg(int code) {
+    Models.frmErrMsg.PutMsg(code, LanguageRow(), display::TableModeSpades);
+    ErrorLog.push_back(Models.frmErrMsg.Text);
+    Events.Error(Models.frmErrMsg.Text);
+    Changed();
+}
+
+void Engine::PlayAlertSound(const std::string& alias) {
+    if (!alias.empty()) Desktop.PlaySystemSound(alias);
+}
+
+void Engine::AlertBeep(int n) {
+    for (int i = 0; i < n; ++i) {
+        if (Desktop.Family() == platform::PlatformFamily::Win9x) Desktop.Beep();
+        else Desktop.PlaySystemSound("SystemExclamation");
+        Clock.Wait(1200);
+    }
+}
+
+players::TableAccess Engine::TableAccessNow(platform::WindowHandle game) {
+    players::TableAccess t;
+    t.GameWindow = game;
+    t.BoardShown = Models.frmBoard.Visible;
+    t.Names = &TableNames;
+    t.ReadPlayerList = [this](players::TableNames& names) {
+        Readers.ReadPlayerList(Table);
+        names.Names = Table.PlayerList;
+        names.Read = static_cast<std::int32_t>(Table.PlayerList.size());
+        Models.frmZ.cntPlayers.Caption = std::to_string(names.Read);
+    };
+    return t;
+}
+
+void Engine::UpdateTableNames() {
+    TableNames.Names = Table.PlayerList;
+    TableNames.Read = static_cast<std::int32_t>(Table.PlayerList.size());
+    Models.frmZ.cntPlayers.Caption = std::to_string(TableNames.Read);
+}
+
+void Engine::ReadShowRating(int mode, platform::WindowHandle game) {
+    if (!Rating) return;
+    players::RatingContext ctx;
+    ctx.CaptureBusy = Busy.Is(tracking::Busy::HandCapture);
+    ctx.Table = TableAccessNow(game);
+    ctx.TeamScore = Scores.TeamScore;
+    ctx.SeatNames = Record.Names;
+    ctx.GameLanguage = LanguageRow();
+    ctx.ReadLines = [this]() { return Readers.RatingLines(); };
+    Rating->ReadShowRating(mode, ctx);
+}
+
+}  // namespace tracking

@@ -1,0 +1,352 @@
+#include "tracking/game_windows.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "core/text.h"
+#include "display/window_positions.h"
+
+namespace tracking {
+
+namespace {
+constexpr int kScore = JobIndex(Job::ScoreWindow);
+constexpr int kHand = JobIndex(Job::LastHand);
+constexpr int kTrick = JobIndex(Job::LastTrick);
+}  // namespace
+
+platform::WindowHandle GameWindows::Sub(int slot) const {
+    if (slot < 0 || slot >= reading::kSubWindowCount) return 0;
+    return e_.Cap.SubWindow[static_cast<std::size_t>(slot)].Handle;
+}
+
+bool GameWindows::SubWindowAlive(int slot) const {
+    const platform::WindowHandle h = Sub(slot);
+    return h != 0 && e_.Desktop.IsWindow(h);
+}
+
+void GameWindows::LoadPositions() {
+    if (e_.Settings.CFG.empty()) return;
+    const display::LoadedPositions lp = display::LoadWindowPositions(
+        e_.Folders.EnterProgramFolder(e_.Settings.CFG), screen_, e_.Models.frmZ.Rect, e_.Desktop.AnsiCodePage());
+    if (!lp.Found) return;
+    e_.Models.frmZ.Rect = lp.Main;
+    gameHome_ = lp.Pos[display::PosSpadesWindow];
+    e_.Cap.SubWindow[kScore].Home = lp.Pos[display::PosScoreWindow];
+    e_.Cap.SubWindow[kHand].Home = lp.Pos[display::PosLastHandWindow];
+    e_.Cap.SubWindow[kTrick].Home = lp.Pos[display::PosLastTrickWindow];
+    auto& c = e_.Models.Counters;
+    const platform::Point l = lp.Pos[display::PosLeftCounter], r = lp.Pos[display::PosRightCounter];
+    if (l.X + l.Y != 0) {
+        c.frmCounter0.Window.Left = l.X;
+        c.frmCounter0.Window.Top = l.Y;
+    }
+    if (r.X + r.Y != 0) {
+        c.frmCounter.Window.Left = r.X;
+        c.frmCounter.Window.Top = r.Y;
+    }
+}
+
+void GameWindows::SavePositions() {
+    if (e_.Settings.CFG.empty()) return;
+    display::PosTable now{};
+    auto at = [this](platform::WindowHandle h) {
+        platform::Rect r;
+        return h && e_.Desktop.GetWindowRect(h, r) ? platform::Point{r.Left, r.Top} : platform::Point{};
+    };
+    const auto& c = e_.Models.Counters;
+    now[display::PosSpadesWindow] = at(game_);
+    now[display::PosScoreWindow] = at(Sub(kScore));
+    now[display::PosLastHandWindow] = at(Sub(kHand));
+    now[display::PosLastTrickWindow] = at(Sub(kTrick));
+    now[display::PosLeftCounter] = {c.frmCounter0.Window.Left, c.frmCounter0.Window.Top};
+    now[display::PosRightCounter] = {c.frmCounter.Window.Left, c.frmCounter.Window.Top};
+    display::SaveWindowPositions(e_.Folders.EnterProgramFolder(e_.Settings.CFG), screen_.X, e_.Models.frmZ.Rect, now,
+                                 e_.Desktop.AnsiCodePage());
+}
+
+void GameWindows::FindGameWindows() {
+    list_.clear();
+    game_ = 0;
+    siteIndex_ = {-1, -1, -1};
+    popups_.clear();
+    for (platform::WindowHandle h : e_.Desktop.TopLevelWindows()) {
+        const std::uint32_t style = e_.Desktop.WindowStyle(h);
+        if ((style & platform::kStyleCaptionOrBorder) == 0 || (style & platform::kStyleVisible) == 0) continue;
+        std::string title = core::Trim(e_.Desktop.WindowText(h));
+        if (!e_.OffLine() && e_.Settings.TopmostPlayerInfo && reading::IsPopupTitle(title) &&
+            static_cast<int>(popups_.size()) < kMaxPopups)
+            popups_.push_back(h);
+        if (static_cast<int>(list_.size()) >= kMaxListedWindows) continue;
+        list_.push_back({h, title});
+        const int index = static_cast<int>(list_.size());  // numbered from 1
+        // The table window: the English title or the table title of a site
+        // language. A table title of another language tells the game's
+        // language before the button scan has run.
+        int tableLang = 0;
+        if (reading::SiteWindowKind(title) == reading::SiteWindow::Table) tableLang = reading::LangUSA;
+        for (int lang = reading::LangFirst + 1; lang <= reading::LangLast && tableLang == 0; ++lang) {
+            const std::string& t = e_.Titles.Title(lang, reading::SlotTable);
+            if (!t.empty() && core::Contains(title, t)) tableLang = lang;
+        }
+        if (tableLang != 0) {
+            if (game_ == 0) {
+                game_ = h;
+                siteIndex_[0] = index;
+                if (tableLang != reading::LangUSA && e_.Language == GameLanguage::English)
+                    e_.Language = LanguageOfRow(tableLang);
+                tableTitle_ = title;
+            }
+            continue;
+        }
+        platform::Rect r;
+        switch (reading::SiteWindowKind(title)) {
+            case reading::SiteWindow::Lobby:
+                siteIndex_[1] = index;
+                if (screen_.X > 1000 && e_.Desktop.GetWindowRect(h, r) && r.Width() > 800)
+                    e_.Desktop.MoveWindow(h, {200, 100, 1000, 700});
+                break;
+            case reading::SiteWindow::SitePage:
+                siteIndex_[2] = index;
+                if (screen_.X > 1000 && e_.Desktop.GetWindowRect(h, r) && r.Width() > 800)
+                    e_.Desktop.MoveWindow(h, {r.Left, r.Top, r.Left + 800, r.Top + 600});
+                break;
+            default:
+                break;
+        }
+    }
+    e_.Cap.GameWindow = game_;
+}
+
+void GameWindows::FindSubWindow(int slot) {
+    std::vector<std::string> titles;
+    titles.reserve(list_.size());
+    for (const auto& w : list_) titles.push_back(w.Title);
+    if (slot == -1) {
+        int lang = e_.LanguageRow();
+        const auto found = e_.Titles.FindSubWindows(titles, lang);
+        e_.Language = LanguageOfRow(lang);
+        for (int k = 1; k <= 3; ++k)
+            e_.Cap.SubWindow[k].Handle = found[k] >= 0 ? list_[static_cast<std::size_t>(found[k])].Handle : 0;
+        return;
+    }
+    if (slot < 0 || slot >= reading::kSubWindowCount) return;
+    e_.Cap.SubWindow[slot].Handle = 0;
+    int lang = e_.LanguageRow();
+    const int i = e_.Titles.FindSubWindow(titles, slot, lang);
+    e_.Language = LanguageOfRow(lang);
+    if (i >= 0) e_.Cap.SubWindow[slot].Handle = list_[static_cast<std::size_t>(i)].Handle;
+}
+
+void GameWindows::OpenSubWindows(int slot) {
+    const platform::Point saved = e_.Desktop.GetCursorPos();
+    const int from = slot == 254 ? 1 : slot;
+    const int to = slot == 254 ? 3 : slot;
+    for (int k = from; k <= to; ++k) {
+        if (k < 1 || k > 3) continue;
+        const platform::Point p = e_.Table.ButtonXY[static_cast<std::size_t>(k)];
+        if (p.X + p.Y == 0) continue;
+        // A sub-window opened by the previous click may cover the buttons.
+        e_.Desktop.SetWindowPos(game_, platform::ZOrder::Topmost);
+        e_.Desktop.SetCursorPos({p.X - 10, p.Y + 4});
+        e_.Clock.Wait(0);
+        e_.Desktop.LeftClick();
+        e_.Clock.Wait(0);
+    }
+    e_.Desktop.SetCursorPos(saved);
+}
+
+void GameWindows::ApplyLeftEdgeRule() {
+    platform::Rect r;
+    if (!e_.Desktop.GetWindowRect(game_, r)) return;
+    if (r.Left < 0 && !(e_.Models.frmBoard.BoardMode & 1)) {
+        e_.Desktop.MoveWindow(game_, {0, r.Top, r.Width(), r.Bottom});
+        e_.Desktop.GetWindowRect(game_, r);
+    }
+    gameRect_ = r;
+}
+
+void GameWindows::MoveGame(const platform::Rect& r) {
+    e_.Desktop.MoveWindow(game_, r);
+    e_.Desktop.GetWindowRect(game_, gameRect_);
+}
+
+void GameWindows::PlaceSubWindow(int slot) {
+    const platform::WindowHandle h = slot == 0 ? game_ : Sub(slot);
+    if (h == 0 || !e_.Desktop.IsWindow(h)) return;
+    e_.Desktop.SetWindowPos(h, platform::ZOrder::Topmost);
+    e_.Desktop.ShowWindow(h, platform::ShowCmd::Restore);
+    platform::Rect r;
+    e_.Desktop.GetWindowRect(h, r);
+    reading::SubWindowSlot& s = e_.Cap.SubWindow[static_cast<std::size_t>(slot)];
+    s.Rect = r;
+    if (!s.Placed && r.Left + r.Top < 1) {
+        if (!(s.Home.X == 0 && s.Home.Y == 0))
+            e_.Desktop.MoveWindow(h, {s.Home.X, s.Home.Y, s.Home.X + r.Width(), s.Home.Y + r.Height()});
+        e_.Desktop.GetWindowRect(h, s.Rect);
+        if (slot == 0) ApplyLeftEdgeRule();
+        s.Placed = true;
+    }
+    if (slot == 0) gameRect_ = s.Rect;
+}
+
+void GameWindows::GetSubWindows() {
+    e_.Readers.SetGameWindow(game_, e_.LanguageRow());
+    e_.Readers.ReadTableInfo(e_.Table);
+    if (e_.Table.GameLanguage != 0) e_.Language = LanguageOfRow(e_.Table.GameLanguage);
+    const bool newTable = e_.Table.BoxFound && (game_ != lastTableWindow_ || !newTableSeen_);
+    if (newTable) {
+        e_.Readers.ReadPlayerList(e_.Table);
+        e_.UpdateTableNames();
+        newTableSeen_ = true;
+        lastTableWindow_ = game_;
+        e_.Models.frmZ.Caption = reading::TableCaption(kProgramCaption, tableTitle_);
+        if (e_.Rating) e_.Rating->MyRating.Caption.clear();
+        e_.ReadShowRating(0, game_);
+        OpenSubWindows(254);
+        e_.Clock.Wait(800);
+        FindGameWindows();
+        if (game_ == 0) return;
+        FindSubWindow(-1);
+        for (int k = 1; k <= 3; ++k) {
+            if (Sub(k) == 0) break;
+            PlaceSubWindow(k);
+        }
+        e_.Changed();
+    } else {
+        // Sub-windows that went away are looked up again each tick.
+        for (int k = 1; k <= 3; ++k)
+            if (!SubWindowAlive(k)) FindSubWindow(k);
+    }
+    if (e_.Settings.MinimizeLastHand && Sub(kHand))
+        e_.Desktop.ShowWindow(Sub(kHand), platform::ShowCmd::Minimize);
+    reading::SubWindowSlot& lt = e_.Cap.SubWindow[kTrick];
+    if (lt.Handle && std::abs(lt.Rect.Left) + std::abs(lt.Rect.Top) < 10 &&
+        e_.Desktop.GetWindowRect(lt.Handle, lt.Rect)) {
+        if (std::abs(lt.Rect.Left) + std::abs(lt.Rect.Top) < 10) {
+            const int w = lt.Rect.Width(), h = lt.Rect.Height();
+            e_.Desktop.MoveWindow(lt.Handle, {screen_.X - w, screen_.Y - h, screen_.X, screen_.Y});
+            e_.Desktop.GetWindowRect(lt.Handle, lt.Rect);
+        }
+    }
+}
+
+void GameWindows::MoveWinGame() {
+    if (game_ == 0) return;
+    e_.Desktop.GetWindowRect(game_, gameRect_);
+    const int sw = screen_.X, sh = screen_.Y;
+    if (!gamePlaced_) {
+        platform::Rect r = gameRect_;
+        if (r.Left < 3 && r.Top < 3 && !(gameHome_.X == 0 && gameHome_.Y == 0))
+            MoveGame({gameHome_.X, gameHome_.Y, gameHome_.X + r.Width(), gameHome_.Y + r.Height()});
+        r = gameRect_;
+        if (sw >= 1200) {
+            MoveGame({0, 0, 615, 700});
+        } else if (sw >= 1000) {
+            const auto& main = e_.Models.frmZ.Rect;
+            const int mainW = main.Width();
+            if (e_.Settings.ReduceOn && main.Right >= sw - 2 && r.Width() + mainW > sw) {
+                const int width = sw == 1024 ? 615 : sw - mainW + 40;
+                MoveGame({0, r.Top, width, r.Bottom});
+            }
+        } else if (e_.Settings.ReduceWidth != 0) {
+            if (r.Width() > e_.Settings.ReduceWidth)
+                MoveGame({-5, r.Top - 5, -5 + e_.Settings.ReduceWidth, r.Bottom - 5});
+        } else {
+            MoveGame({0, r.Top, r.Width(), r.Bottom});
+        }
+        if (e_.Desktop.Family() == platform::PlatformFamily::NT) {
+            platform::Rect client;
+            if (e_.Desktop.GetClientRect(game_, client))
+                frameExtra_ = std::max(0, gameRect_.Height() - client.Height() - 35);
+        }
+        gamePlaced_ = true;
+        e_.Cap.SubWindow[0].Placed = true;
+    }
+    if (e_.Models.frmBoard.BoardMode & 1) {
+        const platform::Point at = sh > 600 ? platform::Point{0, 0} : platform::Point{-5, -12};
+        if (gameRect_.Left != at.X || gameRect_.Top != at.Y)
+            MoveGame({at.X, at.Y, at.X + gameRect_.Width(), at.Y + gameRect_.Height()});
+    }
+}
+
+void GameWindows::NotExistProcess(int slot, int code) {
+    FindGameWindows();
+    FindSubWindow(slot);
+    // A sub-window the user closed is opened again with the table's button.
+    if (Sub(slot) == 0 && game_ != 0) {
+        OpenSubWindows(slot);
+        e_.Clock.Wait(800);
+        FindGameWindows();
+        FindSubWindow(slot);
+    }
+    if (Sub(slot) == 0) {
+        if (slot >= 1 && slot <= 5) recheckSlots_[static_cast<std::size_t>(slot)] = true;
+        recheckRequested_ = true;
+        e_.PutMsg(code);
+    }
+}
+
+void GameWindows::Recheck() {
+    if (!recheckRequested_) return;
+    for (int k = 1; k <= 5; ++k) {
+        if (!recheckSlots_[static_cast<std::size_t>(k)]) continue;
+        if (k < reading::kSubWindowCount && SubWindowAlive(k)) {
+            e_.Models.frmErrMsg.Hide();
+            recheckSlots_[static_cast<std::size_t>(k)] = false;
+            recheckRequested_ = false;
+            e_.Changed();
+        } else {
+            FindGameWindows();
+            FindSubWindow(k);
+        }
+    }
+}
+
+void GameWindows::Forget() {
+    newTableSeen_ = false;
+    lastTableWindow_ = 0;
+    for (auto& s : e_.Cap.SubWindow) s.Handle = 0;
+}
+
+void GameWindows::PressScoreButton() {
+    const platform::WindowHandle score = Sub(kScore);
+    auto& button = e_.Models.frmZ.cmdScore;
+    if (button.Caption == "Show Score") {
+        e_.Settings.TopMostScoreWindow = 2;
+        if (score) e_.Desktop.ShowWindow(score, platform::ShowCmd::Restore);
+        button.Caption = "Hide Score";
+    } else if (button.Caption == "Hide Score") {
+        e_.Settings.TopMostScoreWindow = 0;
+        if (score) e_.Desktop.ShowWindow(score, platform::ShowCmd::Minimize);
+        button.Caption = "Show Score";
+    } else if (button.Caption == "Minimize") {
+        e_.GameMinimised = true;
+        if (game_) e_.Desktop.ShowWindow(game_, platform::ShowCmd::Minimize);
+        e_.Models.frmZ.Rect.Bottom = e_.Models.frmZ.Rect.Top;  // the main window is minimised too
+        if (siteIndex_[1] > 0)
+            e_.Desktop.ShowWindow(list_[static_cast<std::size_t>(siteIndex_[1] - 1)].Handle,
+                                  platform::ShowCmd::Restore);
+    }
+    e_.Changed();
+}
+
+void GameWindows::MainResized(int heightPx) {
+    e_.Models.frmZ.Rect.Bottom = e_.Models.frmZ.Rect.Top + heightPx;
+    e_.GameMinimised = heightPx < 30;
+    if (game_) e_.Desktop.ShowWindow(game_, e_.GameMinimised ? platform::ShowCmd::Minimize : platform::ShowCmd::Restore);
+}
+
+void GameWindows::ShowTop(int mode, platform::WindowHandle h) {
+    if (mode == 2 && h != 0) e_.Desktop.SetWindowPos(h, platform::ZOrder::Topmost);
+}
+
+void GameWindows::KeepGameWindowsOnTop() {
+    ShowTop(e_.Settings.TopMostScoreWindow, Sub(kScore));
+    for (platform::WindowHandle h : popups_) e_.Desktop.SetWindowPos(h, platform::ZOrder::Topmost);
+}
+
+void GameWindows::RestoreGameIfMinimised() {
+    if (game_ && e_.Desktop.IsMinimized(game_)) e_.Desktop.ShowWindow(game_, platform::ShowCmd::Restore);
+}
+
+}  // namespace tracking

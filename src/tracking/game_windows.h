@@ -1,0 +1,91 @@
+// The game's windows: finding the table window and its "Last Trick", "Last
+// Hand" and score windows by title, opening a missing one with the table's
+// button, placing them on the screen, and remembering where they stood.
+#pragma once
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "platform/desktop.h"
+#include "tracking/engine.h"
+
+namespace tracking {
+
+constexpr int kMaxListedWindows = 1000;
+constexpr int kMaxPopups = 100;
+
+struct ListedWindow {
+    platform::WindowHandle Handle = 0;
+    std::string Title;
+};
+
+class GameWindows {
+public:
+    explicit GameWindows(Engine& e) : e_(e) {}
+
+    // Window positions kept from the last run (the CFG file), loaded at start.
+    void LoadPositions();
+    // Saves where the game's and the companion's windows stand (at End).
+    void SavePositions();
+
+    // Enumerates the top-level windows: the table window, the site's lobby
+    // and pages, and the game's pop-ups.
+    void FindGameWindows();
+    // Looks up sub-window `slot` (1-3) by title; -1 looks up all three.
+    void FindSubWindow(int slot);
+    // Clicks the table's button of sub-window `slot` (254 = all three).
+    void OpenSubWindows(int slot);
+    void PlaceSubWindow(int slot);
+    // The table box, the sub-windows, and on a new table its names and rating.
+    void GetSubWindows();
+    // The window placement rules of the screen width.
+    void MoveWinGame();
+    void ApplyLeftEdgeRule();
+    // A sub-window a reader needed is gone: open it again, else report and
+    // look for it on later ticks.
+    void NotExistProcess(int slot, int code);
+    // Looks again for the sub-windows whose loss was reported.
+    void Recheck();
+    // Forget the table's windows (off-line, restart).
+    void Forget();
+
+    // The score button of the main window: show, hide or minimise.
+    void PressScoreButton();
+    // The main window was resized to `heightPx`: below 30 the game is minimised.
+    void MainResized(int heightPx);
+    // Puts the game's pop-ups and the score window on top (every tick).
+    void KeepGameWindowsOnTop();
+    // Makes sure the game window is not minimised before it is read.
+    void RestoreGameIfMinimised();
+
+    [[nodiscard]] platform::WindowHandle Game() const { return game_; }
+    [[nodiscard]] platform::WindowHandle Sub(int slot) const;
+    [[nodiscard]] const platform::Rect& GameRect() const { return gameRect_; }
+    [[nodiscard]] platform::Point ScreenSize() const { return screen_; }
+    [[nodiscard]] bool SubWindowAlive(int slot) const;
+    void SetScreenSize(platform::Point p) { screen_ = p; }
+
+private:
+    void MoveGame(const platform::Rect& r);
+    void ShowTop(int mode, platform::WindowHandle h);
+
+    Engine& e_;
+    std::vector<ListedWindow> list_;
+    platform::WindowHandle game_ = 0;
+    std::array<int, 3> siteIndex_{-1, -1, -1};
+    std::vector<platform::WindowHandle> popups_;
+    std::array<bool, 6> recheckSlots_{};
+    bool recheckRequested_ = false;
+    platform::Rect gameRect_;
+    platform::Point screen_;
+    int frameExtra_ = 0;
+    bool gamePlaced_ = false;
+    platform::Point gameHome_;
+    std::string tableTitle_;
+    bool newTableSeen_ = false;
+    platform::WindowHandle lastTableWindow_ = 0;
+    std::string scoreCaptionBeforeMinimise_;
+};
+
+}  // namespace tracking
