@@ -145,8 +145,7 @@ ScoreSheet BuildScoreSheet(const ScoreRows& rows, const ScoreSheetInput& in, con
         auto width = [&] { return measure(first + "/" + second, kSheetFont); };
         while (width() >= room && !(first.empty() && second.empty())) {
             if (core::Len(first) > core::Len(second)) first = DropLast(first);
-            else if (!second.empty()) second = DropLast(second);
-            else first = DropLast(first);
+            else second = DropLast(second);
         }
         double x = left;
         const double spare = room - width();
