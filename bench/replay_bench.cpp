@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "sim/scenario.h"
+#include "replay/program_files.h"
 #include "replay/session.h"
 
 namespace {
@@ -32,7 +33,7 @@ void BM_Replay12Deals(benchmark::State& state) {
         std::filesystem::remove_all(home);
         state.ResumeTiming();
         replay::Session s(sc, home);
-        s.WriteProgramFiles(err);
+        replay::WriteProgramFiles(sc, home);
         if (!s.Start() || !s.Run()) {
             state.SkipWithError("the session did not run to its end");
             break;

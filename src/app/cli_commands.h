@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-namespace app {
+#include "app/args.h"
 
-using Args = std::vector<std::string>;
+namespace app {
 
 int RunSettings(const Args& args);
 int RunRead(const Args& args);

@@ -2,14 +2,20 @@
 // deals in virtual time and tells, deal by deal, what it read and filed.
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "app/cli_commands.h"
 #include "core/notation.h"
 #include "core/text.h"
 #include "sim/scenario.h"
+#include "replay/json_lines.h"
+#include "replay/program_files.h"
 #include "replay/session.h"
 #include "scoring/nil_history.h"
 
@@ -27,34 +33,24 @@ constexpr const char* kDemoScenario = R"JSON({
   "watchers": [["kibitz_a", "1500"]],
   "deals": 12, "seed": 2})JSON";
 
-// A plain decimal number within [lo, hi]; anything else is refused rather
-// than quietly replaced by the default.
-bool WholeNumber(const std::string& s, long long lo, long long hi, long long& out) {
-    if (s.empty() || s.size() > 10 || s.find_first_not_of("0123456789") != std::string::npos) return false;
-    out = std::stoll(s);
-    return out >= lo && out <= hi;
-}
-
-int DemoUsage(const char* why = nullptr) {
-    if (why) std::fprintf(stderr, "tarvellos-cli demo: %s\n", why);
-    std::fputs(
-        "usage: tarvellos-cli demo [--human | --json] [--home DIR] [--seed N] [--deals N]\n"
-        "  follows a simulated game in virtual time; --human (the default on a terminal)\n"
-        "  prints a summary per deal, --json one JSON object per line\n",
-        stderr);
-    return 2;
-}
-
-std::string DefaultHome() {
+// A new folder of the demo's own under the system's temporary folder, so a
+// player's files are never touched; kept after the run to be looked at.
+std::string FreshHome(std::string& error) {
     std::error_code ec;
-    const std::filesystem::path exe = std::filesystem::read_symlink("/proc/self/exe", ec);
-    if (!ec) return (exe.parent_path() / "demo-home").string();
-    return (std::filesystem::temp_directory_path() / "tarvellos-demo-home").string();
+    const std::string base = (std::filesystem::temp_directory_path(ec) / "tarvellos-demo-XXXXXX").string();
+    std::vector<char> name(base.begin(), base.end());
+    name.push_back('\0');
+    if (ec || !mkdtemp(name.data())) {
+        error = std::string("cannot create a folder for the demo: ") + std::strerror(errno);
+        return "";
+    }
+    return name.data();
 }
 
 std::string Side(int we, int they) { return std::to_string(we) + " / " + std::to_string(they); }
 
-void PrintHumanDeal(int k, const tracking::FiledDeal& d, const std::string& workFolder) {
+void PrintHumanDeal(int k, const tracking::FiledDeal& d, const std::string& workFolder,
+                    const std::vector<core::SaveResult>& saves) {
     const int user = d.UserSeat;
     std::printf("Deal %d\n", k);
     std::printf("  Bids read   ");
@@ -72,30 +68,21 @@ void PrintHumanDeal(int k, const tracking::FiledDeal& d, const std::string& work
     std::printf("  Counter      tricks %s-%s of %s, points %s, status \"%s\" / \"%s\", if all made %s / %s\n",
                 d.cTrk[0].c_str(), d.cTrk[1].c_str(), d.cTrk[2].c_str(), Side(core::ValInt(d.cPts[0]), core::ValInt(d.cPts[1])).c_str(),
                 core::Trim(d.cBag[0]).c_str(), core::Trim(d.cBag[1]).c_str(), d.aPt[0].c_str(), d.aPt[1].c_str());
-    std::printf("  Filed        %s\n", core::JoinPath(workFolder, d.File + ".spd").c_str());
+    if (d.File.empty()) std::printf("  Filed        NOT written\n");
+    else std::printf("  Filed        %s\n", core::JoinPath(workFolder, d.File + ".spd").c_str());
+    for (const auto& s : saves)
+        if (!s.Saved) std::printf("  NOT SAVED    %s: %s\n", s.Path.c_str(), s.Reason.c_str());
+    for (const auto& s : saves)
+        if (!s.SetAside.empty()) std::printf("  Kept aside   %s (it could not be read)\n", s.SetAside.c_str());
 }
 
 }  // namespace
 
 int RunDemo(const Args& args) {
-    bool human = isatty(STDOUT_FILENO) != 0;
-    std::string home;
-    long long seed = -1, deals = -1;
-    for (std::size_t i = 0; i < args.size(); ++i) {
-        const std::string& a = args[i];
-        if (a == "--human") human = true;
-        else if (a == "--json") human = false;
-        else if (a == "--home" && i + 1 < args.size()) home = args[++i];
-        else if (a == "--seed" && i + 1 < args.size()) {
-            if (!WholeNumber(args[++i], 0, 4294967295LL, seed)) return DemoUsage("--seed needs a number from 0 to 4294967295");
-        } else if (a == "--deals" && i + 1 < args.size()) {
-            if (!WholeNumber(args[++i], 1, 1000, deals)) return DemoUsage("--deals needs a number from 1 to 1000");
-        }
-        else if (a == "--help" || a == "-h") return DemoUsage(), 0;
-        else return DemoUsage();
-    }
-    const bool ownHome = home.empty();
-    if (ownHome) home = DefaultHome();
+    DemoArgs a;
+    const ArgsOutcome parsed = ParseDemoArgs(args, a);
+    if (!parsed.GoOn()) return Finish(parsed);
+    const bool human = a.Human < 0 ? isatty(STDOUT_FILENO) != 0 : a.Human == 1;
 
     sim::Scenario scenario;
     std::string error;
@@ -103,51 +90,70 @@ int RunDemo(const Args& args) {
         std::fprintf(stderr, "tarvellos-cli demo: built-in scenario: %s\n", error.c_str());
         return 1;
     }
-    if (seed >= 0) scenario.game.seed = static_cast<std::uint32_t>(seed);
-    if (deals > 0) scenario.game.randomDeals = static_cast<int>(deals);
-    if (ownHome) {
-        // The demo's own folder starts empty each time, so its file names
-        // start again at 001.
-        std::error_code ec;
-        std::filesystem::remove_all(home, ec);
-    }
-
-    replay::Session session(scenario, home);
-    if (!session.WriteProgramFiles(error)) {
+    if (a.Seed >= 0) scenario.game.seed = static_cast<std::uint32_t>(a.Seed);
+    if (a.Deals > 0) scenario.game.randomDeals = static_cast<int>(a.Deals);
+    std::string home = a.Home;
+    if (home.empty()) home = FreshHome(error);
+    if (home.empty()) {
         std::fprintf(stderr, "tarvellos-cli demo: %s\n", error.c_str());
         return 1;
     }
+
+    // With --home the player's own settings and alert list stay as they are;
+    // the built-in ones only fill in what is missing.
+    const replay::ProgramFiles files = replay::WriteProgramFiles(scenario, home);
+    if (!files.Ok) {
+        std::fprintf(stderr, "tarvellos-cli demo: %s\n", files.Error.c_str());
+        return 1;
+    }
+    replay::Session session(scenario, home);
     const std::string work = session.App.Folders().WorkFolder();
     if (human) {
         std::printf("TarvelloS demo: the companion follows a simulated Spades table in virtual time.\n");
-        std::printf("Table Oak (host alice); you are me_player; %d deals; program folder %s\n\n",
+        std::printf("Table Oak (host alice); you are me_player; %d deals; program folder %s\n",
                     scenario.game.randomDeals, home.c_str());
+        for (const std::string& kept : files.Kept) std::printf("Your own %s is used as it is.\n", kept.c_str());
+        std::printf("\n");
     }
     int k = 0;
+    replay::LostSaves lost;
     session.Events.OnDealFiled = [&](const tracking::FiledDeal& d) {
         ++k;
-        if (human) PrintHumanDeal(k, d, work);
-        else std::printf("%s\n", replay::FiledDealJson(k, d).Dump().c_str());
+        const auto saves = d.Saves;
+        lost.Add(saves);
+        if (human) PrintHumanDeal(k, d, work, saves);
+        else std::printf("%s\n", replay::FiledDealJson(k, d, saves).Dump().c_str());
         std::fflush(stdout);
     };
     session.Events.OnGameOver = [&](const tracking::GameOver& g) {
         const auto& r = g.Score;
+        const auto& saves = g.Saves;
+        lost.Add(saves);
         if (human) {
             const int user = session.App.UserSeat();
             const int uc = (user % 2) * 2, oc = uc ^ 2;
             std::printf("\n  *** Game over: we %d, they %d — %s. ***\n", r[uc], r[oc], r[uc] > r[oc] ? "we won" : "they won");
-            if (g.RatingRecorded)
-                std::printf("  Rating %s recorded in %s\n\n", core::Trim(g.Rating).c_str(),
-                            session.App.Rating()->Options.HistoryPath.c_str());
-            else
-                std::printf("  Rating %s unchanged: nothing recorded\n\n", core::Trim(g.Rating).c_str());
+            if (session.App.Rating()) {
+                const auto& rating = *session.App.Rating();
+                const std::string shown = core::Trim(rating.MyRating.Caption);
+                if (g.RatingRecorded)
+                    std::printf("  Rating %s recorded in %s\n\n", shown.c_str(), rating.LastSave.Path.c_str());
+                else if (!rating.LastSave.Path.empty())
+                    std::printf("  Rating %s NOT recorded: %s: %s\n\n", shown.c_str(), rating.LastSave.Path.c_str(),
+                                rating.LastSave.Reason.c_str());
+                else
+                    std::printf("  Rating %s (not a game to record)\n\n", shown.c_str());
+            }
         } else {
-            std::printf("%s\n", replay::GameOverJson(r).Dump().c_str());
+            std::printf("%s\n", replay::GameOverJson(r, saves).Dump().c_str());
         }
         std::fflush(stdout);
     };
     if (!session.Start()) {
-        std::fprintf(stderr, "tarvellos-cli demo: the companion did not start:\n%s\n", session.App.StartupScreen().Text().c_str());
+        std::string screen = session.App.StartupScreen().Text();
+        for (char& c : screen)
+            if (c == '\n') c = ' ';
+        std::fprintf(stderr, "tarvellos-cli demo: the companion did not start: %s\n", screen.c_str());
         return 1;
     }
     const bool ended = session.Run();
@@ -164,6 +170,9 @@ int RunDemo(const Args& args) {
             std::printf("  Alert label    %s\n", session.App.Alerts()->View.AlertName.Caption.c_str());
         for (const std::string& e : session.App.ErrorLog()) std::printf("  Error window   %s\n", e.c_str());
     }
+    // Every file that was not saved is named, and the run counts as failed.
+    for (const std::string& line : lost.Lines()) std::fprintf(stderr, "tarvellos-cli demo: %s\n", line.c_str());
+    if (lost.Any()) return 1;
     if (!ended) {
         std::fprintf(stderr, "tarvellos-cli demo: the session did not run to its end (%d of %d deals filed)\n", k,
                      session.DealsPlayed());

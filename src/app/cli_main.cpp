@@ -1,5 +1,6 @@
 // tarvellos-cli: the console face of the companion.
 #include <cstdio>
+#include <exception>
 #include <string>
 
 #include "app/cli_commands.h"
@@ -14,14 +15,12 @@ void Usage() {
         "                                         read a stored image of a game window\n"
         "  replay SCENARIO.json --out DIR         follow a simulated session\n"
         "  demo                                   follow a simulated game and tell what happens\n",
-        stderr);
+        stdout);
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int Main(int argc, char** argv) {
     if (argc < 2) {
-        Usage();
+        std::fputs("tarvellos-cli: which command? (settings, read, replay, demo; see --help)\n", stderr);
         return 2;
     }
     const std::string cmd = argv[1];
@@ -34,7 +33,20 @@ int main(int argc, char** argv) {
         Usage();
         return 0;
     }
-    std::fprintf(stderr, "tarvellos-cli: unknown command '%s'\n", cmd.c_str());
-    Usage();
+    std::fprintf(stderr, "tarvellos-cli: unknown command '%s' (see --help)\n", cmd.c_str());
     return 2;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // Whatever a command did not foresee ends here as one line, not an abort.
+    try {
+        return Main(argc, argv);
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "tarvellos-cli: internal error: %s\n", e.what());
+    } catch (...) {
+        std::fprintf(stderr, "tarvellos-cli: internal error\n");
+    }
+    return 1;
 }

@@ -84,21 +84,6 @@ private:
     const platform::Image& img_;
 };
 
-int Usage(const std::string& kind, const std::string& why) {
-    std::fprintf(stderr, "tarvellos-cli read %s: %s\nusage: tarvellos-cli read %s IMAGE%s\n", kind.c_str(), why.c_str(),
-                 kind.c_str(), kind == "lasthand" ? " [--lang N]" : "");
-    return 2;
-}
-
-bool ParseLanguage(const std::string& s, int& lang) {
-    if (s.empty() || s.size() > 2) return false;
-    for (char c : s)
-        if (c < '0' || c > '9') return false;
-    lang = std::atoi(s.c_str());
-    // The site languages of the title table; rows 4 and 10 have no site.
-    return lang == 1 || lang == 2 || lang == 3 || (lang >= 5 && lang <= 9);
-}
-
 // Everything a reader needs, set up as the tracking does when it takes up
 // a table: reading font 1 with the number reader on, virtual time.
 struct Readers {
@@ -171,23 +156,11 @@ core::Json ReadScore(Readers& r) {
 }  // namespace
 
 int RunReadSub(const std::string& kind, const Args& args) {
-    std::string path;
-    int lang = reading::LangUSA;
-    for (std::size_t i = 0; i < args.size(); ++i) {
-        const std::string& a = args[i];
-        if (a == "--lang" && kind == "lasthand") {
-            if (i + 1 >= args.size() || !ParseLanguage(args[i + 1], lang))
-                return Usage(kind, "--lang must be 1, 2, 3, 5, 6, 7, 8 or 9");
-            ++i;
-        } else if (!a.empty() && a[0] == '-' && a.size() > 1) {
-            return Usage(kind, "unknown option '" + a + "'");
-        } else if (path.empty()) {
-            path = a;
-        } else {
-            return Usage(kind, "more than one image given");
-        }
-    }
-    if (path.empty()) return Usage(kind, "no image given");
+    ReadArgs a;
+    const ArgsOutcome parsed = ParseReadArgs(kind, args, a);
+    if (!parsed.GoOn()) return Finish(parsed);
+    const std::string& path = a.Image;
+    const int lang = a.Lang;
 
     platform::Image img;
     std::string error;
@@ -200,7 +173,10 @@ int RunReadSub(const std::string& kind, const Args& args) {
     if (kind == "lasthand") out = ReadLastHand(readers, lang);
     else if (kind == "lasttrick") out = ReadLastTrick(readers);
     else if (kind == "score") out = ReadScore(readers);
-    else return Usage(kind, "unknown window kind");
+    else {
+        std::fprintf(stderr, "tarvellos-cli read: unknown window kind '%s'\n", kind.c_str());
+        return 2;
+    }
     std::printf("%s\n", out.Dump().c_str());
     return 0;
 }

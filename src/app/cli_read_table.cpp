@@ -20,11 +20,6 @@ namespace app {
 
 namespace {
 
-int Usage(const char* why) {
-    std::fprintf(stderr, "tarvellos-cli read table: %s\nusage: tarvellos-cli read table IMAGE [--lang N] [--dnilpass] [--annotate OUT.png]\n", why);
-    return 2;
-}
-
 core::Json PointJson(const platform::Point& p) {
     core::Json a = core::Json::Array();
     a.Push(core::Json(static_cast<int>(p.X)));
@@ -75,37 +70,18 @@ platform::Image Annotate(platform::Image img, const reading::TableReader& r) {
 }  // namespace
 
 int RunReadTable(const Args& args) {
-    std::string path, annotate;
-    int lang = reading::LangUSA;
-    bool dnilPass = false;
-    for (std::size_t i = 0; i < args.size(); ++i) {
-        const std::string& a = args[i];
-        if (a == "--lang") {
-            if (i + 1 >= args.size()) return Usage("--lang needs a language number");
-            char* end = nullptr;
-            const long v = std::strtol(args[++i].c_str(), &end, 10);
-            if (end == args[i].c_str() || *end != '\0' || !(v == 1 || v == 2 || v == 3 || v == 5 || (v >= 6 && v <= 9)))
-                return Usage("--lang must be 1, 2, 3, 5, 6, 7, 8 or 9");
-            lang = static_cast<int>(v);
-        } else if (a == "--dnilpass") {
-            dnilPass = true;
-        } else if (a == "--annotate") {
-            if (i + 1 >= args.size()) return Usage("--annotate needs an output file");
-            annotate = args[++i];
-        } else if (!a.empty() && a[0] == '-') {
-            return Usage(("unknown option " + a).c_str());
-        } else if (path.empty()) {
-            path = a;
-        } else {
-            return Usage("only one IMAGE");
-        }
-    }
-    if (path.empty()) return Usage("IMAGE missing");
+    ReadArgs a;
+    const ArgsOutcome parsed = ParseReadArgs("table", args, a);
+    if (!parsed.GoOn()) return Finish(parsed);
+    const std::string& path = a.Image;
+    const std::string& annotate = a.Annotate;
+    const int lang = a.Lang;
+    const bool dnilPass = a.DnilPass;
 
     platform::Image img;
     std::string error;
     if (!reading::LoadImageFile(path, img, error)) {
-        std::fprintf(stderr, "tarvellos-cli read table: %s: %s\n", path.c_str(), error.c_str());
+        std::fprintf(stderr, "tarvellos-cli read table: %s\n", error.c_str());
         return 1;
     }
 

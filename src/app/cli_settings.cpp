@@ -24,8 +24,7 @@ namespace app {
 namespace {
 
 int UsageError(const std::string& message) {
-    std::fprintf(stderr, "tarvellos-cli settings: %s\nusage: tarvellos-cli settings [--home DIR] [--codepage N]\n",
-                 message.c_str());
+    std::fprintf(stderr, "tarvellos-cli settings: %s (see --help)\n", message.c_str());
     return 2;
 }
 
@@ -64,34 +63,15 @@ bool ParseCodePage(const std::string& text, int& codePage) {
 }  // namespace
 
 int RunSettings(const Args& args) {
-    std::string home;
-    bool homeGiven = false;
+    SettingsArgs a;
+    const ArgsOutcome parsed = ParseSettingsArgs(args, a);
+    if (!parsed.GoOn()) return Finish(parsed);
+    std::string home = a.Home;
+    const bool homeGiven = !home.empty();
     int codePage = 0;
-    bool codePageGiven = false;
-    for (std::size_t i = 0; i < args.size(); ++i) {
-        const std::string& a = args[i];
-        std::string value;
-        std::string name = a;
-        const std::size_t eq = a.find('=');
-        const bool inlineValue = core::StartsWith(a, "--") && eq != std::string::npos;
-        if (inlineValue) {
-            name = a.substr(0, eq);
-            value = a.substr(eq + 1);
-        }
-        if (name != "--home" && name != "--codepage") return UsageError("unknown argument '" + a + "'");
-        if (!inlineValue) {
-            if (i + 1 >= args.size()) return UsageError(name + " needs a value");
-            value = args[++i];
-        }
-        if (name == "--home") {
-            if (value.empty()) return UsageError("--home needs a folder");
-            home = value;
-            homeGiven = true;
-        } else {
-            if (!ParseCodePage(value, codePage)) return UsageError("--codepage needs a code page number, not '" + value + "'");
-            codePageGiven = true;
-        }
-    }
+    const bool codePageGiven = !a.CodePage.empty();
+    if (codePageGiven && !ParseCodePage(a.CodePage, codePage))
+        return UsageError("--codepage needs a code page number, not '" + a.CodePage + "'");
     if (!homeGiven) home = ExecutableFolder();
     std::error_code ec;
     if (!std::filesystem::is_directory(core::PathFromUtf8(home), ec))

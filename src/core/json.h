@@ -1,5 +1,7 @@
-// A small JSON value with a writer and a strict parser, for the console
-// tool's output and the simulator's scenario files.
+// A small JSON value for the console tool's output and the simulator's
+// scenario files. Parsing is done by nlohmann-json; the writer is ours so the
+// printed form (", " and ": " separators, bytes of names kept as read) stays
+// what scripts and tests compare.
 #pragma once
 
 #include <cstdint>

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "core/player_files.h"
 #include "core/text.h"
 #include "platform/clock.h"
 #include "platform/desktop.h"
@@ -162,6 +163,9 @@ StartupOutcome RunStartupChecks(StartupContext& ctx, const Folders& folders, boo
     ctx.Japanese = s.JPN;
     if (out.Settings.FileName.empty()) AbsentINIfile(ctx.Screen, folders.ProgramFolder);
     EnsureFolder(folders.WorkFolder());
+    // Only now: a second instance must not delete what the running one writes.
+    for (const std::string& folder : {folders.ProgramFolder, folders.WorkFolder()})
+        for (std::string& p : RemoveLeftoverTempFiles(folder)) out.RemovedTempFiles.push_back(std::move(p));
     out.Continue = true;
     return out;
 }

@@ -112,6 +112,8 @@ void FatalStop(StartupContext& ctx);
 struct StartupOutcome {
     bool Continue = false;  // false: the fatal stop ran, the program ends
     SettingsLoad Settings;
+    // Temporary files a crashed earlier run left behind, removed at start.
+    std::vector<std::string> RemovedTempFiles;
 };
 StartupOutcome RunStartupChecks(StartupContext& ctx, const Folders& folders, bool checkArchive = true);
 

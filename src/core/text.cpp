@@ -1,6 +1,8 @@
 #include "core/text.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
@@ -547,6 +549,14 @@ bool ReadTextFile(const std::string& path, int codePage, std::vector<std::string
 
 namespace {
 
+// What the system said about the last failed call, after `what`; streams
+// leave errno as the failing system call set it.
+std::string ErrnoText(const char* what) {
+    const int e = errno;
+    if (e == 0) return what;
+    return std::string(what) + ": " + std::strerror(e);
+}
+
 std::string Encode(const std::vector<std::string>& lines, int codePage) {
     std::string bytes;
     for (const auto& l : lines) {
@@ -558,25 +568,27 @@ std::string Encode(const std::vector<std::string>& lines, int codePage) {
 
 }  // namespace
 
-bool WriteTextFile(const std::string& path, const std::vector<std::string>& lines, int codePage) {
+SaveResult WriteTextFile(const std::string& path, const std::vector<std::string>& lines, int codePage) {
     return WriteFileBytes(path, Encode(lines, codePage));
 }
 
-bool WriteFileBytes(const std::string& path, const std::string& bytes) {
+SaveResult WriteFileBytes(const std::string& path, const std::string& bytes) {
     namespace fs = std::filesystem;
     const fs::path target = PathFromUtf8(path);
     fs::path temp = target;
     temp += ".tmp~";
     {
+        errno = 0;
         std::ofstream out(temp, std::ios::binary | std::ios::trunc);
-        if (!out) return false;
+        if (!out) return SaveResult::Failed(path, ErrnoText("cannot create a temporary file"));
         out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
         out.flush();
+        if (out) out.close();
         if (!out) {
-            out.close();
+            const std::string why = ErrnoText("cannot write");
             std::error_code ec;
             fs::remove(temp, ec);
-            return false;
+            return SaveResult::Failed(path, why);
         }
     }
     std::error_code ec;
@@ -585,25 +597,27 @@ bool WriteFileBytes(const std::string& path, const std::string& bytes) {
     if (ec) {
         // Some runtimes refuse to rename over an existing file.
         ec.clear();
-        if (MoveFileExW(temp.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING)) return true;
+        if (MoveFileExW(temp.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING)) return SaveResult::Ok(path);
         ec = std::error_code(static_cast<int>(GetLastError()), std::system_category());
     }
 #endif
     if (ec) {
         std::error_code ignore;
         fs::remove(temp, ignore);
-        return false;
+        return SaveResult::Failed(path, "cannot replace the file: " + ec.message());
     }
-    return true;
+    return SaveResult::Ok(path);
 }
 
-bool AppendTextFile(const std::string& path, const std::vector<std::string>& lines, int codePage) {
+SaveResult AppendTextFile(const std::string& path, const std::vector<std::string>& lines, int codePage) {
+    errno = 0;
     std::ofstream out(PathFromUtf8(path), std::ios::binary | std::ios::app);
-    if (!out) return false;
+    if (!out) return SaveResult::Failed(path, ErrnoText("cannot open"));
     const std::string bytes = Encode(lines, codePage);
     out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     out.flush();
-    return static_cast<bool>(out);
+    if (!out) return SaveResult::Failed(path, ErrnoText("cannot write"));
+    return SaveResult::Ok(path);
 }
 
 }  // namespace core

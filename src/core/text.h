@@ -15,6 +15,8 @@
 #include <string_view>
 #include <vector>
 
+#include "core/save_result.h"
+
 namespace core {
 
 // --- characters -------------------------------------------------------------
@@ -108,9 +110,10 @@ std::string PathToUtf8(const std::filesystem::path& p);
 bool IsFile(const std::string& path);
 // Reads a whole file as it is. False when it is not a readable file.
 bool ReadFileBytes(const std::string& path, std::string& bytes);
-// Writes bytes to a temporary file in the folder of `path` that then
-// replaces `path`; the old file stays untouched when anything fails.
-bool WriteFileBytes(const std::string& path, const std::string& bytes);
+// Writes bytes to a temporary file in the folder of `path` ("<name>.tmp~")
+// that then replaces `path`; the old file stays untouched when anything
+// fails, and the result says why.
+SaveResult WriteFileBytes(const std::string& path, const std::string& bytes);
 
 // Splits bytes at any line end (CR LF, LF or CR). A final line end does not
 // start another line, so "a\r\nb\r\n" gives "a", "b".
@@ -120,9 +123,9 @@ std::vector<std::string> SplitLines(std::string_view bytes);
 bool ReadTextFile(const std::string& path, int codePage, std::vector<std::string>& lines);
 // Writes UTF-8 lines in the code page, each ended by CR LF, to a temporary
 // file in the same folder that then replaces `path`; the old file stays
-// untouched when anything fails. False on failure.
-bool WriteTextFile(const std::string& path, const std::vector<std::string>& lines, int codePage);
+// untouched when anything fails.
+SaveResult WriteTextFile(const std::string& path, const std::vector<std::string>& lines, int codePage);
 // Appends lines (CR LF each) to a file, creating it when missing (log files).
-bool AppendTextFile(const std::string& path, const std::vector<std::string>& lines, int codePage);
+SaveResult AppendTextFile(const std::string& path, const std::vector<std::string>& lines, int codePage);
 
 }  // namespace core

@@ -156,7 +156,8 @@ RecordFiles::RecordFiles(platform::Clock& clock, const core::Folders& folders, i
 
 std::string RecordFiles::PathOf(const std::string& fileName) const { return folders_.EnterWorkFolder(fileName); }
 
-std::string RecordFiles::WriteRecordFile(const DealRecord& rec, const std::vector<std::string>& boxEntries) {
+core::SaveResult RecordFiles::WriteRecordFile(const DealRecord& rec, const std::vector<std::string>& boxEntries,
+                                              std::string& nameOut) {
     if (counter_ == 0) {
         const platform::LocalTime now = clock_.Now();
         datePart_ = DatePart(now.Month, now.Day);
@@ -172,15 +173,23 @@ std::string RecordFiles::WriteRecordFile(const DealRecord& rec, const std::vecto
     // Bounded so that a folder that answers "exists" to everything cannot
     // hang the capture.
     for (int tries = 0; folders_.WorkFileExists(name + RecordExt); ++tries) {
-        if (tries > 100000) return "";
+        if (tries > 100000) return core::SaveResult::Failed(PathOf(name + RecordExt), "no free record file name");
         ++counter_;
         name = datePart_ + Seq(counter_);
     }
 
     std::error_code ec;
     std::filesystem::create_directories(core::PathFromUtf8(folders_.WorkFolder()), ec);
-    if (!core::WriteTextFile(PathOf(name + RecordExt), FormatRecordLines(rec), codePage_)) return "";
+    core::SaveResult r = core::WriteTextFile(PathOf(name + RecordExt), FormatRecordLines(rec), codePage_);
+    if (!r) return r;
     ++counter_;
+    nameOut = name;
+    return r;
+}
+
+std::string RecordFiles::WriteRecordFile(const DealRecord& rec, const std::vector<std::string>& boxEntries) {
+    std::string name;
+    lastSave_ = WriteRecordFile(rec, boxEntries, name);
     return name;
 }
 

@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "core/save_result.h"
+
 namespace platform {
 class Clock;
 }
@@ -70,7 +72,12 @@ public:
     // name without extension ("03_05_008"); "" when the file could not be
     // written. `boxEntries` are the file box's names, which seed the counter
     // on the first write of the run.
+    // `nameOut` gets the name only when the file was written.
+    core::SaveResult WriteRecordFile(const DealRecord& rec, const std::vector<std::string>& boxEntries,
+                                     std::string& nameOut);
+    // The same returning the name ("" when not written); LastSave() tells why.
     std::string WriteRecordFile(const DealRecord& rec, const std::vector<std::string>& boxEntries);
+    const core::SaveResult& LastSave() const { return lastSave_; }
 
     // Reads "<name>.spd" into `rec` (which is not cleared first). Returns 0,
     // 53 when the file cannot be opened, or 62 when it is cut short.
@@ -106,6 +113,7 @@ private:
     std::string datePart_;
     std::string currentName_;
     bool spareMarker_ = false;
+    core::SaveResult lastSave_;
 };
 
 inline constexpr const char* MarkerFileName = "SpadesBid.spd";

@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "core/folders.h"
+#include "core/player_files.h"
 #include "core/text.h"
 
 namespace display {
@@ -76,9 +77,9 @@ PosTable ReadPreviousPositions(const std::string& path, int codePage) {
     return pos;
 }
 
-bool SaveWindowPositions(const std::string& path, int screenWidth, const platform::Rect& mainWindow,
-                         const PosTable& current, int codePage) {
-    if (path.empty()) return true;
+core::SaveResult SaveWindowPositions(const std::string& path, int screenWidth, const platform::Rect& mainWindow,
+                                     const PosTable& current, int codePage) {
+    if (path.empty()) return core::SaveResult::Ok(path);
     const PosTable previous = ReadPreviousPositions(path, codePage);
     return core::WriteTextFile(path, FormatWindowPositions(screenWidth, mainWindow, current, previous), codePage);
 }
@@ -88,10 +89,19 @@ LoadedPositions LoadWindowPositions(const std::string& path, platform::Point scr
     LoadedPositions out;
     out.Main = mainWindow;
     if (path.empty()) return out;
-    std::vector<std::string> lines;
-    if (!core::ReadTextFile(path, codePage, lines)) return out;
+    std::string bytes;
+    if (!core::ReadFileBytes(path, bytes)) return out;
+    std::vector<std::string> lines = core::SplitLines(bytes);
+    core::LinesToUtf8(lines, codePage);
 
     if (lines.empty() || core::ValInt(lines[0]) != screen.X) {
+        // A file for another screen goes; one that is no position file at
+        // all may be something the player wants back, so it is kept aside.
+        if (!bytes.empty() && (!core::LooksLikeText(bytes) || core::ValInt(lines[0]) <= 0)) {
+            const core::SaveResult aside = core::SetAsideUnreadable(path);
+            if (!aside) return out;
+            out.SetAside = aside.Path;
+        }
         std::error_code ec;
         std::filesystem::remove(core::PathFromUtf8(path), ec);
         out.Deleted = true;

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "core/save_result.h"
+
 #include "platform/desktop.h"
 
 namespace core {
@@ -51,9 +53,9 @@ std::vector<std::string> FormatWindowPositions(int screenWidth, const platform::
 // Reads the pairs of lines 3 to 9 of an existing file ({0, 0} where missing).
 PosTable ReadPreviousPositions(const std::string& path, int codePage);
 
-// At program end. Nothing happens when `path` is empty. Returns false when
-// the file could not be written (the old one stays as it was).
-bool SaveWindowPositions(const std::string& path, int screenWidth, const platform::Rect& mainWindow,
+// At program end. Nothing happens when `path` is empty (then Saved with an
+// empty Path). When the file could not be written the old one stays as it was.
+core::SaveResult SaveWindowPositions(const std::string& path, int screenWidth, const platform::Rect& mainWindow,
                          const PosTable& current, int codePage);
 
 struct LoadedPositions {
@@ -62,6 +64,7 @@ struct LoadedPositions {
     platform::Rect Main;        // where the main window goes (size kept)
     PosTable Pos{};             // pairs of lines 3 to 9, clamped
     int PosCount = 0;           // how many pairs the file held
+    std::string SetAside;       // where a file that did not read as one was copied first
 };
 
 // At start-up: `screen` is the screen size, `mainWindow` the main window's

@@ -314,7 +314,8 @@ void AlertChecker::menuPlayer_Click(std::int32_t index, const ReasonQuestion& as
 
 void AlertChecker::Write() {
     if (Options.AlertFilePath.empty()) return;
-    LastWrite = WriteAlertList(list_, Options.AlertFilePath, Options.Japanese, Options.CodePage);
+    const platform::LocalTime now = clock_.Now();
+    LastWrite = WriteAlertList(list_, Options.AlertFilePath, Options.Japanese, Options.CodePage, &now, &LastSave);
 }
 
 void AlertChecker::ShowAskAlert(const platform::Rect& gameWindow) {

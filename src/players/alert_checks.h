@@ -162,6 +162,7 @@ public:
     bool InAlertCheck = false;
     bool SettingsChanged = false;
     AlertFileResult LastWrite = AlertFileResult::Ok;
+    core::SaveResult LastSave;  // the last write of the alert file
 
     AlertList& List() { return list_; }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <unordered_set>
 
+#include "core/player_files.h"
 #include "core/text.h"
 
 namespace players {
@@ -121,7 +122,9 @@ void AppendAlertText(const std::string& text, AlertList& list) {
 AlertFileResult ReadAlertList(const std::string& path, AlertList& list, int codePage) {
     if (!core::IsFile(path)) return AlertFileResult::Missing;
     std::string bytes;
-    if (!core::ReadFileBytes(path, bytes)) {
+    // NUL bytes mean another encoding or no text at all: reading names out
+    // of it would only add garbage entries.
+    if (!core::ReadFileBytes(path, bytes) || !core::LooksLikeText(bytes)) {
         list.FileUnreadable = true;
         return AlertFileResult::Unreadable;
     }
@@ -158,10 +161,26 @@ std::string FormatAlertFile(const AlertList& list, bool japanese) {
     return out;
 }
 
-AlertFileResult WriteAlertList(const AlertList& list, const std::string& path, bool japanese, int codePage) {
-    if (list.FileUnreadable) return AlertFileResult::Refused;
-    if (!core::WriteFileBytes(path, core::FromUtf8(FormatAlertFile(list, japanese), codePage))) return AlertFileResult::WriteFailed;
-    return AlertFileResult::Ok;
+AlertFileResult WriteAlertList(const AlertList& list, const std::string& path, bool japanese, int codePage,
+                               const platform::LocalTime* now, core::SaveResult* save) {
+    core::SaveResult ignored;
+    core::SaveResult& out = save ? *save : ignored;
+    std::string aside;
+    if (list.FileUnreadable && core::IsFile(path)) {
+        if (!now) {
+            out = core::SaveResult::Failed(path, "the file could not be read; not replaced");
+            return AlertFileResult::Refused;
+        }
+        const core::SaveResult copy = core::SetAsideUnreadable(path, *now);
+        if (!copy) {
+            out = core::SaveResult::Failed(path, copy.Reason);
+            return AlertFileResult::Refused;
+        }
+        aside = copy.Path;
+    }
+    out = core::WriteFileBytes(path, core::FromUtf8(FormatAlertFile(list, japanese), codePage));
+    out.SetAside = aside;
+    return out ? AlertFileResult::Ok : AlertFileResult::WriteFailed;
 }
 
 }  // namespace players

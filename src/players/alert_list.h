@@ -8,6 +8,9 @@
 #include <string>
 #include <vector>
 
+#include "core/save_result.h"
+#include "platform/clock.h"
+
 namespace players {
 
 // Slot 0 is never used; entries sit in slots 1..AlertCount; every slot past
@@ -21,8 +24,9 @@ public:
     std::int32_t AlertCount = 0;
     // Slot of the separator as the last read placed it (0 = none yet).
     std::int32_t SeparatorSlot = 0;
-    // Set when the user's file exists but could not be read. The list then
-    // lacks entries the file holds, so WriteAlertList refuses to replace it.
+    // Set when the user's file exists but could not be read or is not text.
+    // The list then lacks entries the file holds, so WriteAlertList copies
+    // the file aside before replacing it (or refuses when it cannot).
     bool FileUnreadable = false;
 
     std::int32_t Size() const { return static_cast<std::int32_t>(Slots.size()); }
@@ -66,7 +70,10 @@ void AppendAlertText(const std::string& text, AlertList& list);
 // The file content for the user section: header, then each entry followed
 // by ",", lines wrapped after about 60 characters, no final line end.
 std::string FormatAlertFile(const AlertList& list, bool japanese);
-// Writes the user section to path (temporary file, then rename).
-AlertFileResult WriteAlertList(const AlertList& list, const std::string& path, bool japanese, int codePage);
+// Writes the user section to path (temporary file, then rename). A file the
+// list could not read is first copied aside under a name made from `now`
+// (refused without `now`). `save`, when given, tells what became of the write.
+AlertFileResult WriteAlertList(const AlertList& list, const std::string& path, bool japanese, int codePage,
+                               const platform::LocalTime* now = nullptr, core::SaveResult* save = nullptr);
 
 }  // namespace players

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "core/player_files.h"
 #include "core/text.h"
 
 namespace players {
@@ -184,14 +185,32 @@ void Ratings::ReadShowRating(std::int32_t mode, RatingContext& ctx) {
 }
 
 HistoryResult Ratings::WriteHistory(std::string& text, std::int32_t& value, RatingContext& ctx) {
+    LastSave = {};
     if (RatingMode != 1 && RatingMode != 2) return HistoryResult::NotRecorded;
     if (Options.HistoryPath.empty()) return HistoryResult::NotRecorded;
     if (ctx.TeamScore[0] == 0 && ctx.TeamScore[1] == 0) return HistoryResult::NotRecorded;
 
     const std::string& path = Options.HistoryPath;
-    if (!core::IsFile(path) && !core::WriteFileBytes(path, std::string())) return HistoryResult::WriteFailed;
+    if (!core::IsFile(path)) {
+        LastSave = core::WriteFileBytes(path, std::string());
+        if (!LastSave) return HistoryResult::WriteFailed;
+    }
     std::string old;
-    if (!core::ReadFileBytes(path, old)) return HistoryResult::Unreadable;
+    if (!core::ReadFileBytes(path, old)) {
+        LastSave = core::SaveResult::Failed(path, "the old history cannot be read");
+        return HistoryResult::Unreadable;
+    }
+    std::string asidePath;
+    if (!core::LooksLikeText(old)) {
+        // Lines of ours in front of it would only garble it further.
+        const core::SaveResult aside = core::SetAsideUnreadable(path, clock_.Now());
+        if (!aside) {
+            LastSave = core::SaveResult::Failed(path, aside.Reason);
+            return HistoryResult::Unreadable;
+        }
+        asidePath = aside.Path;
+        old.clear();
+    }
     std::vector<std::string> lines = core::SplitLines(core::ToUtf8(old, Options.CodePage));
     if (lines.size() > kHistoryLinesRead) lines.resize(kHistoryLinesRead);
     std::string last = lines.empty() ? std::string() : RecordedRatingText(lines.back(), Options.Japanese);
@@ -218,7 +237,9 @@ HistoryResult Ratings::WriteHistory(std::string& text, std::int32_t& value, Rati
     // file held is lost or re-encoded by the rewrite.
     std::string bytes = core::FromUtf8(line, Options.CodePage) + "\r\n" + old;
     if (!old.empty() && old.back() != '\n' && old.back() != '\r') bytes += "\r\n";
-    return core::WriteFileBytes(path, bytes) ? HistoryResult::Written : HistoryResult::WriteFailed;
+    LastSave = core::WriteFileBytes(path, bytes);
+    LastSave.SetAside = asidePath;
+    return LastSave ? HistoryResult::Written : HistoryResult::WriteFailed;
 }
 
 }  // namespace players

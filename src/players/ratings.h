@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "core/save_result.h"
 #include "platform/clock.h"
 #include "platform/desktop.h"
 #include "players/alert_checks.h"
@@ -80,6 +81,9 @@ public:
     std::string MyName;          // the user's name as the player list shows it
     bool CountingAllowed = false;
     HistoryResult LastHistory = HistoryResult::NotRecorded;
+    // The last attempt to write the history file (Path "" when the last game
+    // was not to be recorded): only Saved means the rating is in the file.
+    core::SaveResult LastSave;
 
     // Mode 0 read only, 1 after a finished game, 2 on request.
     void ReadShowRating(std::int32_t mode, RatingContext& ctx);
@@ -90,7 +94,9 @@ public:
     bool CountingPermission(const std::string& text, std::int32_t value) const;
     void UpdateCountingAllowed(const std::string& text, std::int32_t value);
     // Records the finished game: checks, then rewrites the history file with
-    // the new line first. text/value are the current rating.
+    // the new line first. text/value are the current rating. A history that
+    // is not text (NUL bytes: another encoding or random data) is copied
+    // aside and a new one begun. Sets LastSave.
     HistoryResult WriteHistory(std::string& text, std::int32_t& value, RatingContext& ctx);
     // The rating the game shows after a game ended with a provisional one.
     void GetRenewedRating(std::int32_t& value, const std::string& name, platform::WindowHandle gameWindow,

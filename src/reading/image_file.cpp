@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <memory>
@@ -44,7 +45,7 @@ bool LoadBmp(const std::string& b, platform::Image& out, std::string& error) {
     }
     const bool topDown = rawH < 0;
     const std::int64_t h = topDown ? -static_cast<std::int64_t>(rawH) : rawH;
-    if (w < 0 || w > 20000 || h > 20000) {
+    if (w < 0 || w > kMaxImageSide || h > kMaxImageSide) {
         error = "BMP size out of range";
         return false;
     }
@@ -112,10 +113,16 @@ bool DecodePng(PngSource& src, std::vector<unsigned char>& rgb, std::vector<png_
         return false;
     }
     png_set_read_fn(png, &src, PngRead);
+    // The header is checked against the limits before any row is allocated,
+    // and the decoder's own buffers for other chunks stay small.
+    png_set_user_limits(png, kMaxImageSide, kMaxImageSide);
+    png_set_chunk_malloc_max(png, 8u << 20);
     png_read_info(png, info);
     w = png_get_image_width(png, info);
     h = png_get_image_height(png, info);
-    if (w > 20000 || h > 20000) png_error(png, "size out of range");
+    if (w > static_cast<png_uint_32>(kMaxImageSide) || h > static_cast<png_uint_32>(kMaxImageSide))
+        png_error(png, "size out of range (at most 4096 x 4096)");
+
     const int colour = png_get_color_type(png, info);
     png_set_strip_16(png);
     png_set_expand(png);  // palette and low-depth gray to 8-bit samples
@@ -162,12 +169,32 @@ bool LoadImageBytes(const std::string& bytes, platform::Image& out, std::string&
 }
 
 bool LoadImageFile(const std::string& path, platform::Image& out, std::string& error) {
+    namespace fs = std::filesystem;
+    std::error_code ec;
+    const fs::file_status st = fs::status(path, ec);
+    if (ec || !fs::exists(st)) {
+        error = "cannot open " + path + ": no such file";
+        return false;
+    }
+    // A folder, FIFO or device would fail late, block for ever or never end.
+    if (!fs::is_regular_file(st)) {
+        error = path + ": not a regular file";
+        return false;
+    }
+    const auto size = fs::file_size(path, ec);
+    if (ec || size > kMaxImageFileBytes) {
+        error = path + (ec ? ": cannot read its size" : ": too large for an image of a game window");
+        return false;
+    }
     std::ifstream in(path, std::ios::binary);
     if (!in) {
         error = "cannot open " + path;
         return false;
     }
-    std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    std::string bytes;
+    bytes.resize(static_cast<std::size_t>(size));
+    in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    bytes.resize(static_cast<std::size_t>(in.gcount()));
     if (!LoadImageBytes(bytes, out, error)) {
         error = path + ": " + error;
         return false;

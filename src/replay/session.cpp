@@ -31,26 +31,6 @@ Session::Session(const sim::Scenario& scenario, std::string programFolder)
 
 Session::~Session() { Timer.Stop(); }
 
-bool Session::WriteProgramFiles(std::string& error) {
-    std::error_code ec;
-    std::filesystem::create_directories(core::PathFromUtf8(ProgramFolder), ec);
-    if (ec) {
-        error = "cannot create the folder " + ProgramFolder + ": " + ec.message();
-        return false;
-    }
-    const int cp = Scenario.codepage;
-    if (!core::WriteTextFile(core::JoinPath(ProgramFolder, core::kSettingsFile), Scenario.settings, cp)) {
-        error = "cannot write " + core::JoinPath(ProgramFolder, core::kSettingsFile);
-        return false;
-    }
-    if (!Scenario.alertFile.empty() &&
-        !core::WriteTextFile(core::JoinPath(ProgramFolder, core::kAlertFileDefault), Scenario.alertFile, cp)) {
-        error = "cannot write " + core::JoinPath(ProgramFolder, core::kAlertFileDefault);
-        return false;
-    }
-    return true;
-}
-
 bool Session::Start(bool openSubWindows) {
     if (!App.Start()) return false;
     Game.Start(openSubWindows);
@@ -96,42 +76,6 @@ bool Session::Run(std::uint64_t limitMs) {
         Clock.Wait(1000);
     }
     return false;
-}
-
-core::Json FiledDealJson(int deal, const FiledDeal& d) {
-    core::Json j = core::Json::Object();
-    j.Set("deal", deal);
-    j.Set("file", d.File);
-    core::Json row = core::Json::Array();
-    for (int v : d.ScoreRow) row.Push(v);
-    j.Set("scoreRow", row);
-    core::Json c = core::Json::Object();
-    auto texts = [](const auto& arr) {
-        core::Json a = core::Json::Array();
-        for (const auto& t : arr) a.Push(t);
-        return a;
-    };
-    c.Set("cTrk", texts(d.cTrk));
-    c.Set("cPts", texts(d.cPts));
-    c.Set("cBag", texts(d.cBag));
-    c.Set("aPt", texts(d.aPt));
-    j.Set("counter", c);
-    j.Set("bids", texts(d.Bids));
-    core::Json tr = core::Json::Array();
-    for (int v : d.Tricks) tr.Push(v);
-    j.Set("tricks", tr);
-    j.Set("names", texts(d.Names));
-    j.Set("userSeat", core::SeatLetter(d.UserSeat));
-    return j;
-}
-
-core::Json GameOverJson(const scoring::ScoreRows::Row& score) {
-    core::Json j = core::Json::Object();
-    j.Set("gameOver", true);
-    core::Json s = core::Json::Array();
-    for (int v : score) s.Push(v);
-    j.Set("score", s);
-    return j;
 }
 
 }  // namespace replay

@@ -27,9 +27,6 @@ public:
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    // Writes the scenario's settings lines to TarvelloS.INI and its alert
-    // lines to Alert.TXT of the program folder, in the system's code page.
-    bool WriteProgramFiles(std::string& error);
     // Start-up of the companion, then the table opens and the game begins.
     // False when the companion refused to start.
     bool Start(bool openSubWindows = false);
@@ -63,9 +60,5 @@ public:
     tracking::Companion App;
     VirtualTimer Timer;
 };
-
-// The JSON Lines of a filed deal and of a finished game, as replay prints them.
-core::Json FiledDealJson(int deal, const tracking::FiledDeal& d);
-core::Json GameOverJson(const scoring::ScoreRows::Row& score);
 
 }  // namespace replay

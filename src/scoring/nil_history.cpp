@@ -10,6 +10,7 @@
 
 #include "core/folders.h"
 #include "core/notation.h"
+#include "core/player_files.h"
 #include "core/text.h"
 
 namespace scoring {
@@ -173,7 +174,7 @@ void StampWithClock(const fs::path& p, const platform::LocalTime& now) {
 // failure never leaves a half backup.
 bool CopySafely(const fs::path& from, const fs::path& to) {
     fs::path tmp = to;
-    tmp += ".tmp";
+    tmp += ".tmp~";
     std::error_code ec;
     fs::remove(tmp, ec);
     if (!fs::copy_file(from, tmp, fs::copy_options::overwrite_existing, ec)) {
@@ -188,12 +189,15 @@ bool CopySafely(const fs::path& from, const fs::path& to) {
     return true;
 }
 
-void LogError(const NilHistoryContext& ctx, int number) {
+void LogLine(const NilHistoryContext& ctx, const std::string& line) {
     if (ctx.LogPath.empty()) return;
     std::error_code ec;
     if (!fs::exists(core::PathFromUtf8(ctx.LogPath), ec)) return;
-    core::AppendTextFile(ctx.LogPath, {"Error in WriteNilHistory, Error code = " + std::to_string(number)},
-                         ctx.Japanese ? core::kCodePageJapanese : core::kCodePageWestern);
+    core::AppendTextFile(ctx.LogPath, {line}, ctx.Japanese ? core::kCodePageJapanese : core::kCodePageWestern);
+}
+
+void LogError(const NilHistoryContext& ctx, int number) {
+    LogLine(ctx, "Error in WriteNilHistory, Error code = " + std::to_string(number));
 }
 
 }  // namespace
@@ -221,6 +225,21 @@ NilHandCheck CheckNilHand(const std::array<int, 13>& cards) {
         }
     }
     return c;
+}
+
+bool NilReportParses(const std::vector<std::string>& lines) {
+    // The title, then the counts lines where the report puts them.
+    static constexpr int CountLines[] = {1, 2, 3, 4, 6, 7, 8, 10};
+    if (lines.size() < 11) return false;
+    if (!core::Contains(lines[0], "<< History of My NILs >>") && !core::Contains(lines[0], "《 ニルの成功と失敗の履歴 》"))
+        return false;
+    for (int i : CountLines) {
+        const std::string& l = lines[static_cast<std::size_t>(i)];
+        const bool en = core::Contains(l, "Success") && core::Contains(l, "Failure");
+        const bool ja = core::Contains(l, "成功") && core::Contains(l, "失敗");
+        if (!en && !ja) return false;
+    }
+    return true;
 }
 
 NilCounts ReadNilCounts(const std::vector<std::string>& lines) {
@@ -331,7 +350,7 @@ std::vector<std::string> NilReportLines(const NilCounts& counts, bool japanese, 
 namespace {
 
 NilHistoryResult WriteNilHistoryBody(const NilDeal& deal, const std::array<int, 2>& teamScore,
-                                     const NilHistoryContext& ctx, platform::Clock& clock) {
+                                     const NilHistoryContext& ctx, platform::Clock& clock, core::SaveResult& save) {
     if (!ctx.UserIdentified) return NilHistoryResult::NotApplicable;
     if (ctx.AlertFailNil) {
         for (int s = 0; s < 4; ++s) {
@@ -361,22 +380,39 @@ NilHistoryResult WriteNilHistoryBody(const NilDeal& deal, const std::array<int, 
     const fs::path report = core::PathFromUtf8(reportPath);
 
     NilCounts counts;
+    bool unparsed = false;
     if (exists) {
-        std::vector<std::string> lines;
+        std::string bytes;
         // A report that is there but cannot be read must not be replaced by
         // one that starts again from nothing.
         std::error_code ec;
-        if (!fs::is_regular_file(report, ec) || !core::ReadTextFile(reportPath, codePage, lines)) {
+        if (!fs::is_regular_file(report, ec) || !core::ReadFileBytes(reportPath, bytes)) {
             LogError(ctx, ErrFileAccess);
+            save = core::SaveResult::Failed(reportPath, "the old report cannot be read");
             return NilHistoryResult::Error;
         }
-        counts = ReadNilCounts(lines);
+        std::vector<std::string> lines = core::SplitLines(bytes);
+        core::LinesToUtf8(lines, codePage);
+        // An empty file holds no counts to lose.
+        unparsed = !bytes.empty() && (!core::LooksLikeText(bytes) || !NilReportParses(lines));
+        if (!unparsed) counts = ReadNilCounts(lines);
     }
 
     if (!CountNilDeal(counts, deal, teamScore, ctx.DoubleNilPassTable)) return NilHistoryResult::NothingCounted;
 
     const platform::LocalTime now = clock.Now();
-    if (exists) {
+    if (unparsed) {
+        // Whatever it holds stays with the player: copied aside, then a new
+        // report starts from this deal.
+        const core::SaveResult aside = core::SetAsideUnreadable(reportPath, now);
+        if (!aside) {
+            LogError(ctx, ErrFileAccess);
+            save = core::SaveResult::Failed(reportPath, aside.Reason);
+            return NilHistoryResult::Error;
+        }
+        save.SetAside = aside.Path;
+        LogLine(ctx, "WriteNilHistory: " + reportPath + " could not be read as a report; kept as " + aside.Path);
+    } else if (exists) {
         bool ok = false;
         const int day = DayOfLastChange(report, ok);
         if (ok && day != now.Day) {
@@ -385,12 +421,16 @@ NilHistoryResult WriteNilHistoryBody(const NilDeal& deal, const std::array<int, 
             // The backup holds the report as it stood before the day's first update.
             if (!CopySafely(report, core::PathFromUtf8(backupPath))) {
                 LogError(ctx, ErrFileAccess);
+                save = core::SaveResult::Failed(reportPath, "cannot make the daily backup " + backupPath);
                 return NilHistoryResult::Error;
             }
         }
     }
 
-    if (!core::WriteTextFile(reportPath, NilReportLines(counts, ctx.Japanese, now), codePage)) {
+    core::SaveResult written = core::WriteTextFile(reportPath, NilReportLines(counts, ctx.Japanese, now), codePage);
+    written.SetAside = save.SetAside;
+    save = written;
+    if (!written) {
         LogError(ctx, ErrFileAccess);
         return NilHistoryResult::Error;
     }
@@ -401,17 +441,26 @@ NilHistoryResult WriteNilHistoryBody(const NilDeal& deal, const std::array<int, 
 }  // namespace
 
 NilHistoryResult WriteNilHistory(const NilDeal& deal, const std::array<int, 2>& teamScore,
-                                 const NilHistoryContext& ctx, platform::Clock& clock) {
+                                 const NilHistoryContext& ctx, platform::Clock& clock, core::SaveResult* save) {
+    core::SaveResult s;
+    NilHistoryResult r;
     // Any run-time failure ends the update; the old report stays as it was.
     try {
-        return WriteNilHistoryBody(deal, teamScore, ctx, clock);
-    } catch (...) {
+        r = WriteNilHistoryBody(deal, teamScore, ctx, clock, s);
+    } catch (const std::exception& e) {
         try {
             LogError(ctx, ErrFileAccess);
         } catch (...) {
         }
-        return NilHistoryResult::Error;
+        s.Saved = false;
+        s.Reason = e.what();
+        r = NilHistoryResult::Error;
     }
+    if (r == NilHistoryResult::Error && s.Path.empty())
+        s.Path = core::JoinPath(ctx.Folder, NilReportName(ctx.Japanese));
+    if (r == NilHistoryResult::Error && s.Reason.empty()) s.Reason = "the report could not be updated";
+    if (save && (r == NilHistoryResult::Written || r == NilHistoryResult::Error)) *save = s;
+    return r;
 }
 
 }  // namespace scoring

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "core/save_result.h"
 #include "platform/clock.h"
 #include "scoring/rules.h"
 
@@ -84,7 +85,14 @@ std::vector<std::string> NilReportLines(const NilCounts& counts, bool japanese, 
 // backup, counts the deal and rewrites the report (temporary file renamed
 // over the old one). `teamScore` is the latest score line, the user's side
 // first. The clock gives today's date and the wait after a fail-Nil alert.
+// A report that exists but does not read as one (random bytes, another
+// encoding) is copied aside ("<name>.unreadable-<time>") before the new one
+// replaces it. `save`, when given, is set whenever the report was to be
+// written: what became of it, with the path of any copy set aside.
 NilHistoryResult WriteNilHistory(const NilDeal& deal, const std::array<int, 2>& teamScore,
-                                 const NilHistoryContext& ctx, platform::Clock& clock);
+                                 const NilHistoryContext& ctx, platform::Clock& clock,
+                                 core::SaveResult* save = nullptr);
+// Whether the lines read back as a report this program wrote.
+bool NilReportParses(const std::vector<std::string>& lines);
 
 }  // namespace scoring

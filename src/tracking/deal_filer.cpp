@@ -1,5 +1,6 @@
 #include "tracking/deal_filer.h"
 
+#include "core/text.h"
 #include "scoring/nil_history.h"
 
 namespace tracking {
@@ -28,13 +29,9 @@ void DealFiler::File(const reading::HandRead& hand, int p) {
     }
 
     FiledDeal out;
-    const std::string name = e_.Records->WriteRecordFile(rec, e_.Models.filBox.Entries);
-    if (!name.empty()) {
-        e_.Models.filBox.InsertTop(name);
-        out.Saves.push_back(core::SaveResult::Ok(name + display::RecordExt));
-    } else {
-        out.Saves.push_back(core::SaveResult::Failed("record file", "the record file could not be written"));
-    }
+    std::string name;
+    out.Saves.push_back(e_.Records->WriteRecordFile(rec, e_.Models.filBox.Entries, name));
+    if (!name.empty()) e_.Models.filBox.InsertTop(name);
 
     if (e_.Alerts) e_.Alerts->CheckSeatPlayers(rec.Names);
     int firstSeat = 0;
@@ -87,12 +84,14 @@ void DealFiler::File(const reading::HandRead& hand, int p) {
         ctx.AlertFailNil = e_.Settings.AlertFailNil;
         if (!e_.Settings.log.empty()) ctx.LogPath = e_.Folders.EnterProgramFolder(e_.Settings.log);
         ctx.FailNilAlert = [this] { e_.AlertBeep(1); };
-        const auto nil = scoring::WriteNilHistory(nd, {e_.Scores.TeamScore[0], e_.Scores.TeamScore[1]}, ctx, e_.Clock);
-        if (nil == scoring::NilHistoryResult::Written)
-            out.Saves.push_back(core::SaveResult::Ok(scoring::NilReportName(e_.Settings.JPN)));
+        core::SaveResult save;
+        const auto nil =
+            scoring::WriteNilHistory(nd, {e_.Scores.TeamScore[0], e_.Scores.TeamScore[1]}, ctx, e_.Clock, &save);
+        if (!save.Path.empty()) out.Saves.push_back(save);
         else if (nil == scoring::NilHistoryResult::Error)
-            out.Saves.push_back(core::SaveResult::Failed(scoring::NilReportName(e_.Settings.JPN),
-                                                         "the Nil report could not be updated"));
+            out.Saves.push_back(core::SaveResult::Failed(
+                core::JoinPath(e_.Folders.WorkFolder(), scoring::NilReportName(e_.Settings.JPN)),
+                "the Nil history could not be updated"));
     }
     if (e_.Settings.MinimizeLastHand && w_.Sub(JobIndex(Job::LastHand)))
         e_.Desktop.ShowWindow(w_.Sub(JobIndex(Job::LastHand)), platform::ShowCmd::Minimize);
@@ -123,17 +122,15 @@ void DealFiler::GameEnd(const reading::HandRead& hand) {
     const int we = e_.Scores.TeamScore[0], they = e_.Scores.TeamScore[1];
     e_.Clock.Wait(1000);
     GameOver g;
-    if (e_.Rating) e_.Rating->LastHistory = players::HistoryResult::NotRecorded;
+    if (e_.Rating) {
+        e_.Rating->LastHistory = players::HistoryResult::NotRecorded;
+        e_.Rating->LastSave = {};
+    }
     e_.ReadShowRating(1, w_.Game());
     if (e_.Rating) {
         g.Rating = e_.Rating->MyRating.Caption;
-        g.RatingRecorded = e_.Rating->LastHistory == players::HistoryResult::Written;
-        if (e_.Rating->LastHistory == players::HistoryResult::WriteFailed ||
-            e_.Rating->LastHistory == players::HistoryResult::Unreadable)
-            g.Saves.push_back(core::SaveResult::Failed(e_.Rating->Options.HistoryPath,
-                                                       "the rating history could not be updated"));
-        else if (g.RatingRecorded)
-            g.Saves.push_back(core::SaveResult::Ok(e_.Rating->Options.HistoryPath));
+        g.RatingRecorded = e_.Rating->LastHistory == players::HistoryResult::Written && e_.Rating->LastSave.Saved;
+        if (!e_.Rating->LastSave.Path.empty()) g.Saves.push_back(e_.Rating->LastSave);
     }
     e_.PlayAlertSound(we > they ? e_.Settings.AlertWinning : e_.Settings.AlertLosing);
     g.Score = e_.Scores.At(e_.Scores.ScoreRowCount);

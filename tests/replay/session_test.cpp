@@ -10,6 +10,7 @@
 #include "core/text.h"
 #include "display/deal_record.h"
 #include "sim/scenario.h"
+#include "replay/program_files.h"
 #include "replay/session.h"
 
 namespace {
@@ -54,8 +55,8 @@ sim::Scenario Make(const TableSetup& sp) {
 
 struct Table {
     explicit Table(const TableSetup& sp, const std::string& name) : home(TempHome(name)), s(Make(sp), home) {
-        std::string err;
-        EXPECT_TRUE(s.WriteProgramFiles(err)) << err;
+        const replay::ProgramFiles pf = replay::WriteProgramFiles(s.Scenario, home);
+        EXPECT_TRUE(pf.Ok) << pf.Error;
         s.Events.OnDealFiled = [this](const tracking::FiledDeal& d) {
             filed.push_back(d);
             shown.push_back(s.Game.Game().State().lastHand);

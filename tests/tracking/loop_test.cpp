@@ -1,10 +1,13 @@
 // The loop and the deal steps against a scripted reader: deadlines, the
 // pause, the trick turnover, the winner bookkeeping, the capture driver's
-// retries and codes.
+// retries and codes, and the right counter after a deal is filed.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <functional>
 
+#include "core/settings.h"
 #include "core/text.h"
 #include "platform/clock.h"
 #include "platform/sim_desktop.h"
@@ -13,6 +16,7 @@
 namespace {
 
 using tracking::Companion;
+using tracking::Job;
 
 struct FakeReaders final : tracking::GameReaders {
     tracking::TableInfo info;
@@ -22,18 +26,23 @@ struct FakeReaders final : tracking::GameReaders {
     tracking::TrickReading trick;
     std::vector<tracking::ScoreLine> score;
     int scoreCode = 0;
-    int scoreCalls = 0, handCalls = 0, bidCalls = 0;
+    int scoreCalls = 0, handCalls = 0, bidCalls = 0, tableReads = 0, boardReads = 0;
     std::vector<reading::HandRead> hands;  // one per CaptHand call; the last repeats
     std::vector<int> handCodes;
     bool myTurn = false;
     int board = 0;
     tracking::ButtonTable boardXY{};
+    std::function<void()> duringBid;  // runs inside CaptureBid, as a waiting reader lets events in
 
     void SetGameWindow(platform::WindowHandle, int) override {}
-    void ReadTableInfo(tracking::TableInfo& i) override { i = info; }
+    void ReadTableInfo(tracking::TableInfo& i) override {
+        ++tableReads;
+        i = info;
+    }
     void ReadPlayerList(tracking::TableInfo& i) override { i.PlayerList = info.PlayerList; }
     int CaptureBid(tracking::Bids4& b, int& n, int& loc) override {
         ++bidCalls;
+        if (duringBid) duringBid();
         b = bids;
         n = bidCount;
         loc = 4;
@@ -55,6 +64,7 @@ struct FakeReaders final : tracking::GameReaders {
         return handCodes.empty() ? 0 : handCodes[std::min(i, handCodes.size() - 1)];
     }
     int GetBoardStat(tracking::ButtonTable& xy) override {
+        ++boardReads;
         xy = boardXY;
         return board;
     }
@@ -72,6 +82,52 @@ reading::HandRead SomeHand(const std::string& northName) {
     return h;
 }
 
+// The engine's parts wired as the companion wires them, for tests of one
+// part's rule. The end of a deal seen by the trick step is counted and runs
+// the automatic capture, as in the companion.
+struct Rig {
+    Rig(platform::SimDesktop& desk, platform::Clock& clock, const std::string& home, tracking::GameReaders& readers,
+        const std::vector<std::string>& settings)
+        : e(desk, clock, core::Folders{home, "Work"}, readers, events, nullptr, nullptr),
+          w(e),
+          board(e, w),
+          flow(e, board),
+          tricks(e, w,
+                 [this] {
+                     ++dealsOver;
+                     (void)capture.Capture(true);
+                 }),
+          filer(e, w, flow, tricks),
+          capture(e, w, flow, filer),
+          bids(e, w, flow, tricks),
+          online(e, w, flow, tricks) {
+        (void)core::ReadSettingsLines(settings, e.Settings, nullptr);
+        e.Titles.SetWinTitles();
+        e.Seats.InitNESW(e.Settings.MyIds);
+        e.Records = std::make_unique<display::RecordFiles>(clock, e.Folders, desk.AnsiCodePage());
+        w.SetScreenSize(desk.ScreenSize());
+    }
+    // The table window is there: on-line as the first window pass goes.
+    void GoOnline() {
+        w.FindGameWindows();
+        online.OffToOn();
+    }
+
+    tracking::CompanionEvents events;
+    tracking::Engine e;
+    tracking::GameWindows w;
+    tracking::BiddingBoard board;
+    tracking::DealFlow flow;
+    tracking::TrickTracker tricks;
+    tracking::DealFiler filer;
+    tracking::DealCapture capture;
+    tracking::BidTracker bids;
+    tracking::OnlineState online;
+    int dealsOver = 0;
+};
+
+const std::vector<std::string> kCounters = {"MyYahooID = me", "BidTrickCounter = (*,0),(*,0)"};
+
 class LoopTest : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -79,16 +135,16 @@ protected:
                 ("tarvellos_loop_" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name())))
                    .string();
         std::filesystem::remove_all(home);
-        std::filesystem::create_directories(home);
+        std::filesystem::create_directories(std::filesystem::path(home) / "Work");
     }
     void TearDown() override { std::filesystem::remove_all(home); }
 
     // Start-up with these settings, no game window yet.
     void Load(const std::vector<std::string>& settings) {
         core::WriteTextFile(core::JoinPath(home, core::kSettingsFile), settings, 1252);
-        app = std::make_unique<Companion>(desk, clock, core::Folders{home, "Work"}, fake);
-        app->CheckArchive = false;
-        ASSERT_TRUE(app->Form_Load());
+        app = std::make_unique<Companion>(desk, clock, core::Folders{home, "Work"}, fake, &events);
+        app->SetArchiveCheck(false);
+        ASSERT_TRUE(app->Start());
     }
 
     // A table window with its sub-windows appears.
@@ -105,133 +161,346 @@ protected:
     void Boot(const std::vector<std::string>& settings = {}) {
         ASSERT_NO_FATAL_FAILURE(Load(settings));
         AddTable();
-        app->Timer1_Timer();
-        ASSERT_EQ(app->OnlineMode, 1);
+        app->Tick();
+        ASSERT_EQ(app->Online(), tracking::OnlineMode::Online);
+    }
+
+    // The parts alone, on-line at the table.
+    void BootRig(const std::vector<std::string>& settings) {
+        rig = std::make_unique<Rig>(desk, clock, home, fake, settings);
+        AddTable();
+        rig->GoOnline();
+        ASSERT_EQ(rig->e.Online, tracking::OnlineMode::Online);
+    }
+
+    // The bids of a deal are all in: the next due bid step begins its play.
+    void BeginDeal() {
+        fake.bidCode = 0;
+        fake.bidCount = 4;
+        fake.bids = {"3", "4", "2", "1"};
+        clock.Advance(app->Slots().DueAt(Job::BidWatch) - clock.TickCount() + 1);
+        app->Tick();
+        ASSERT_TRUE(app->Slots().Armed(Job::LastHand));
     }
 
     std::string home;
     platform::VirtualClock clock{platform::LocalTime{2026, 3, 5, 21, 0, 0}};
     platform::SimDesktop desk{1280, 1024};
     FakeReaders fake;
+    tracking::CallbackEvents events;
     std::unique_ptr<Companion> app;
+    std::unique_ptr<Rig> rig;
     platform::WindowHandle table = 0, lastHand = 0, score = 0;
 };
 
-// The tick that goes on-line only switches the interval; after it a slot
-// runs once the tick is strictly past its due time.
-TEST_F(LoopTest, FirstOnlineTickThenSlotsStrictlyPastTheirDueTime) {
-    Load({"MyYahooID = me", "BidTrickCounter = (*,0),(*,0)"});
-    EXPECT_EQ(app->TimerInterval, 1000);
+// ---------------------------------------------------------------------------
+// The loop
+// ---------------------------------------------------------------------------
+
+// The tick that goes on-line only switches the interval, even with a job
+// overdue; after it a job runs once the tick is strictly past its due time,
+// also when that due time lies across the wrap of the tick counter.
+TEST_F(LoopTest, FirstOnlineTickThenJobsStrictlyPastTheirDueTime) {
+    clock = platform::VirtualClock(platform::LocalTime{2026, 3, 5, 21, 0, 0}, 0xFFFFFFFFu - 33000);
+    Load({"MyYahooID = me"});
+    EXPECT_EQ(app->TimerInterval(), 1000);
+    app->ToggleAutoBid();  // off: the reminder is armed
+    clock.Advance(30001);
     AddTable();
-    app->SlotDue[tracking::SlotBidWatch] = clock.TickCount() - 5000;
-    app->Timer1_Timer();
-    EXPECT_EQ(app->OnlineMode, 1);
-    EXPECT_EQ(app->TickCount, 1);
-    EXPECT_EQ(app->TimerInterval, 500);
-    EXPECT_EQ(fake.bidCalls, 0);
-    app->SlotDue[tracking::SlotBidWatch] = clock.TickCount();
-    app->Timer1_Timer();
-    EXPECT_EQ(fake.bidCalls, 0) << "due == TickStart must not run";
+    app->Tick();
+    EXPECT_EQ(app->Online(), tracking::OnlineMode::Online);
+    EXPECT_EQ(app->TimerInterval(), 500);
+    EXPECT_EQ(app->Models().frmZ.VisualAlarms, 0) << "the on-line tick runs no job";
+    app->Tick();
+    EXPECT_EQ(app->Models().frmZ.VisualAlarms, 1);
+
+    app->ToggleAutoBid();  // on again: bids watched 3 s from now
+    const std::uint32_t due = app->Slots().DueAt(Job::BidWatch);
+    ASSERT_LT(due, clock.TickCount()) << "the due time must lie across the wrap";
+    clock.Advance(due - clock.TickCount());
+    app->Tick();
+    EXPECT_EQ(fake.bidCalls, 0) << "due == tick start must not run";
     clock.Advance(1);
-    app->Timer1_Timer();
+    app->Tick();
     EXPECT_EQ(fake.bidCalls, 1);
 }
 
-TEST_F(LoopTest, BusyOrShrunkLoopTurnsTheTickAway) {
+// A tick that comes while a step waits (the reader lets events in) or while
+// the game is minimised returns without touching the table.
+TEST_F(LoopTest, NestedOrMinimisedTickIsTurnedAway) {
     Boot();
-    const int before = app->TickCount;
-    app->InBidStep = true;
-    app->Timer1_Timer();
-    app->InBidStep = false;
-    app->Form_Resize(20);
+    app->Tick();
+    int nestedReads = -1;
+    fake.duringBid = [&] {
+        const int before = fake.tableReads;
+        app->Tick();
+        nestedReads = fake.tableReads - before;
+    };
+    clock.Advance(app->Slots().DueAt(Job::BidWatch) - clock.TickCount() + 1);
+    app->Tick();
+    EXPECT_EQ(fake.bidCalls, 1);
+    EXPECT_EQ(nestedReads, 0) << "the nested tick read the table";
+    EXPECT_FALSE(app->Busy());
+    fake.duringBid = nullptr;
+
+    EXPECT_EQ(app->Models().frmZ.cmdScore.Caption, "Minimize");
+    app->PressScoreButton();
     EXPECT_TRUE(desk.IsMinimized(table));
-    app->Timer1_Timer();
-    EXPECT_EQ(app->TickCount, before);
-    app->Form_Resize(400);
+    const int reads = fake.tableReads;
+    app->Tick();
+    app->ResizeMain(20);
+    app->Tick();
+    EXPECT_EQ(fake.tableReads, reads);
+    app->ResizeMain(400);
     EXPECT_FALSE(desk.IsMinimized(table));
-    app->Timer1_Timer();
-    EXPECT_EQ(app->TickCount, before + 1);
+    app->Tick();
+    EXPECT_EQ(fake.tableReads, reads + 1);
 }
 
 TEST_F(LoopTest, PauseFreezesTheCaptureDeadlineAndResumeShiftsIt) {
     Boot({"MyYahooID = me"});
-    app->Timer1_Timer();
-    app->Timer1_Timer();
-    app->SlotArmed[tracking::SlotHand] = true;
-    app->SlotDue[tracking::SlotHand] = clock.TickCount() + 4000;
-    app->SlotDue[tracking::SlotBidWatch] = clock.TickCount() + 4000;
-    app->cmdTimer_Click();
+    app->Tick();
+    ASSERT_NO_FATAL_FAILURE(BeginDeal());
+    clock.Advance(6000);
+    const std::uint32_t left = app->Slots().DueAt(Job::LastHand) - clock.TickCount();
+    const std::uint32_t bidDue = app->Slots().DueAt(Job::BidWatch);
+    const int reads = fake.scoreCalls;
+    app->TogglePause();
+    const std::uint32_t pausedAt = clock.TickCount();
     clock.Advance(60000);
-    app->Timer1_Timer();
-    EXPECT_EQ(app->frmZ.cmdTimer.Caption, "60");
+    app->Tick();
+    EXPECT_EQ(app->Models().frmZ.cmdTimer.Caption, "60");
     // A long pause alarms once at two and once at three minutes.
     auto alarmsAt = [&](int secs) {
-        const int before = app->frmZ.VisualAlarms;
-        clock.Advance(static_cast<std::uint32_t>(secs * 1000) - (clock.TickCount() - app->PausedAt));
-        app->Timer1_Timer();
-        return app->frmZ.VisualAlarms - before;
+        const int before = app->Models().frmZ.VisualAlarms;
+        clock.Advance(static_cast<std::uint32_t>(secs * 1000) - (clock.TickCount() - pausedAt));
+        app->Tick();
+        return app->Models().frmZ.VisualAlarms - before;
     };
     for (auto [secs, alarms] : {std::pair{119, 0}, {120, 1}, {121, 0}, {180, 1}})
         EXPECT_EQ(alarmsAt(secs), alarms) << secs;
-    EXPECT_EQ(fake.scoreCalls, 0) << "nothing runs while paused";
-    app->cmdTimer_Click();
-    EXPECT_EQ(app->frmZ.cmdTimer.Caption, "Pause");
-    EXPECT_EQ(app->SlotDue[tracking::SlotHand], clock.TickCount() + 4000);
-    // Slot 4 is not shifted: it stays where it was.
-    EXPECT_LT(static_cast<std::int32_t>(app->SlotDue[tracking::SlotBidWatch] - clock.TickCount()), 0);
+    EXPECT_EQ(fake.scoreCalls, reads) << "nothing runs while paused";
+    app->TogglePause();
+    EXPECT_EQ(app->Models().frmZ.cmdTimer.Caption, "Pause");
+    EXPECT_EQ(app->Slots().DueAt(Job::LastHand), clock.TickCount() + left);
+    EXPECT_EQ(app->Slots().DueAt(Job::BidWatch), bidDue) << "the bid watch is not shifted";
 }
 
+TEST_F(LoopTest, GameEndsAtTheGamePointWithDifferentScores) {
+    Boot(kCounters);
+    std::vector<tracking::GameOver> over;
+    events.OnGameOver = [&](const tracking::GameOver& g) { over.push_back(g); };
+    fake.hands = {SomeHand("me")};
+    fake.score = {{500, 0, 500, 0}};
+    app->CaptureHandNow();
+    EXPECT_TRUE(over.empty()) << "500 against 500 goes on";
+    reading::HandRead h = SomeHand("me");
+    std::swap(h.Cards[0][0], h.Cards[1][0]);
+    fake.hands = {h};
+    fake.score = {{500, 0, 500, 0}, {510, 1, 480, 3}};
+    desk.ClearRecords();
+    app->CaptureHandNow();
+    ASSERT_EQ(over.size(), 1u);
+    EXPECT_EQ(over[0].Score, (scoring::ScoreRows::Row{510, 1, 480, 3}));
+    EXPECT_EQ(app->GamesOver(), 1);
+    EXPECT_NE(std::find(desk.Sounds().begin(), desk.Sounds().end(), "SystemStart"), desk.Sounds().end());
+}
+
+TEST_F(LoopTest, ScoreButtonCycles) {
+    Boot({"TopMostScoreWindow = yes"});
+    EXPECT_EQ(app->Models().frmZ.cmdScore.Caption, "Hide Score");
+    for (const std::string want : {"Show Score", "Hide Score", "Show Score"}) {
+        app->PressScoreButton();
+        EXPECT_EQ(app->Models().frmZ.cmdScore.Caption, want);
+        EXPECT_EQ(desk.IsMinimized(score), want == "Show Score");
+    }
+    EXPECT_EQ(app->Settings().TopMostScoreWindow, 0);
+}
+
+TEST_F(LoopTest, BoardClicksOnlyAllowedButtonsAndHidesAfterTheBid) {
+    Boot({"BiddingBoard = (10,10)"});
+    fake.board = tracking::BoardOrdinary;
+    fake.myTurn = true;
+    for (int i = 1; i <= 14; ++i) fake.boardXY[i] = {120 + 10 * i, 420};
+    app->Tick();
+    ASSERT_TRUE(app->Models().frmBoard.Visible) << "the user's turn with the panel up shows the board";
+    desk.ClearRecords();
+    app->PressBoardButton(12);
+    EXPECT_TRUE(desk.Clicks().empty()) << "bid 12 is never pressed for the user";
+    app->PressBoardButton(3);  // mode 7 asks for a confirmation first
+    EXPECT_EQ(app->Models().frmBoard.Btn[17].Caption, "3 OK ?");
+    EXPECT_TRUE(desk.Clicks().empty());
+    // The panel goes away after the first click.
+    desk.OnClick([&](const platform::SimClick&) { fake.board = 0; });
+    app->PressBoardButton(17);
+    ASSERT_EQ(desk.Clicks().size(), 1u);
+    EXPECT_EQ(desk.Clicks()[0].At, (platform::Point{150 + 2, 420 + 2}));
+    EXPECT_EQ(app->Deal().Bidding, tracking::BidState::BoardHiddenAfterBid);
+    EXPECT_FALSE(app->Models().frmBoard.Visible);
+    // Hidden after the bid, the panel is not read again in this deal.
+    fake.board = tracking::BoardOrdinary;
+    const int reads = fake.boardReads;
+    app->Tick();
+    EXPECT_EQ(fake.boardReads, reads);
+    EXPECT_FALSE(app->Models().frmBoard.Visible);
+}
+
+TEST_F(LoopTest, NarrowScreenReducesTheGameWindow) {
+    desk.SetScreenSize(800, 600);
+    Load({"Reduce SpadesWindow = 600"});
+    table = desk.AddWindow("Game: Spades Table: Elm Host: bob", {20, 30, 660, 580});
+    app->Tick();
+    platform::Rect r;
+    desk.GetWindowRect(table, r);
+    EXPECT_EQ(r, (platform::Rect{-5, 25, 595, 575}));
+}
+
+TEST_F(LoopTest, EndKeepsTheWindowPositionsForTheNextRun) {
+    Boot({"CFG = places.txt"});
+    desk.MoveWindow(lastHand, {300, 420, 500, 620});
+    app->End();
+    EXPECT_FALSE(app->Ended()) << "End takes effect at the next tick";
+    app->Tick();
+    EXPECT_TRUE(app->Ended());
+    EXPECT_FALSE(app->TimerEnabled());
+    std::vector<std::string> lines;
+    ASSERT_TRUE(core::ReadTextFile(core::JoinPath(home, "places.txt"), 1252, lines));
+    ASSERT_GE(lines.size(), 9u);
+    EXPECT_NE(lines[4].find("Last Hand Window"), std::string::npos);
+    // The next run puts a "Last Hand" window that opens at the corner back.
+    Load({"CFG = places.txt"});
+    desk.MoveWindow(lastHand, {0, 0, 200, 200});
+    app->Tick();
+    platform::Rect r;
+    desk.GetWindowRect(lastHand, r);
+    EXPECT_EQ(r, (platform::Rect{300, 420, 500, 620}));
+}
+
+TEST_F(LoopTest, WindowListSkipsHiddenWindowsAndCollectsPopups) {
+    Boot({"TopmostPlayerInfo = yes"});
+    desk.AddWindow("Game: Spades Table: Pine Host: zed", {0, 0, 100, 100}, platform::kStyleCaptionOrBorder);
+    const auto bare = desk.AddWindow("Player information", {0, 0, 100, 100}, platform::kStyleVisible);
+    const auto info = desk.AddWindow("Player information", {0, 0, 100, 100});
+    const auto alerts = desk.AddWindow("Alerts", {0, 0, 100, 100});
+    const auto lobby = desk.AddWindow("Yahoo! Spades", {10, 10, 1010, 810});
+    app->Tick();
+    EXPECT_NE(app->Models().frmZ.Caption.find("Oak"), std::string::npos) << "a hidden table is not the game";
+    EXPECT_TRUE(desk.Find(info)->Topmost);
+    EXPECT_FALSE(desk.Find(bare)->Topmost) << "a window without caption or border is not listed";
+    EXPECT_FALSE(desk.Find(alerts)->Topmost) << "\"Alerts\" is not \"Alert\"";
+    platform::Rect r;
+    desk.GetWindowRect(lobby, r);
+    EXPECT_EQ(r, (platform::Rect{200, 100, 1000, 700}));
+}
+
+// ---------------------------------------------------------------------------
+// The right counter after a deal is filed
+// ---------------------------------------------------------------------------
+
+// A deal whose bids were not all seen still gets the right counter; its start
+// is the line before the deal, not the one the deal just wrote.
+TEST_F(LoopTest, CounterOfAnUnseenBiddingStartsFromTheLineBefore) {
+    Boot(kCounters);
+    ASSERT_NE(app->Models().Counters.CounterShown, 2);
+    fake.hands = {SomeHand("me")};
+    fake.score = {{50, 1, 30, 2}, {120, 3, 80, 5}};
+    app->CaptureHandNow();
+    ASSERT_EQ(app->FiledCount(), 1);
+    const auto& c = app->Models().Counters.frmCounter;
+    EXPECT_EQ(c.StartScore, (scoring::Side2{50, 30}));
+    EXPECT_EQ(c.StartBags, (scoring::Side2{1, 2}));
+    EXPECT_EQ(c.cPts0[0].Caption, "50");
+}
+
+// The counter goes a second after the deal was filed, also when that second
+// is the first of a new day.
+TEST_F(LoopTest, CounterHiddenASecondAfterFilingAcrossMidnight) {
+    clock = platform::VirtualClock(platform::LocalTime{2026, 3, 5, 23, 59, 50});
+    Boot(kCounters);
+    ASSERT_LT(clock.Elapsed(), 9000u);
+    clock.Advance(static_cast<std::uint32_t>(9000 - clock.Elapsed()));  // 23:59:59
+    fake.hands = {SomeHand("me")};
+    fake.score = {{50, 1, 30, 2}};
+    app->CaptureHandNow();
+    ASSERT_EQ(app->FiledCount(), 1);
+    ASSERT_EQ(clock.Now().Second, 59);
+    const auto& counters = app->Models().Counters;
+    EXPECT_EQ(counters.CounterShown, 2);
+    app->Tick();
+    EXPECT_EQ(counters.CounterShown, 2) << "hidden in the second it was filed";
+    clock.Advance(static_cast<std::uint32_t>(11000 - clock.Elapsed()));  // 00:00:01
+    app->Tick();
+    EXPECT_EQ(counters.CounterShown, 0) << "still shown after midnight";
+    EXPECT_FALSE(counters.frmCounter.Window.Visible);
+}
+
+// ---------------------------------------------------------------------------
+// The parts' rules
+// ---------------------------------------------------------------------------
+
 TEST_F(LoopTest, GetWinnerNamesTheRisingPositionAndBooksABrokenNil) {
-    Boot();
-    app->TrickCounts = {2, 1, 0, 3};
-    app->Bids = {"3", "N", "4", "2"};
-    EXPECT_EQ(app->GetWinner({2, 2, 0, 3}), 1);
-    EXPECT_EQ(app->NilBroken[1], 1);
-    app->Bids = {"D", "N", "4", "2"};
-    EXPECT_EQ(app->GetWinner({3, 2, 0, 4}), 3) << "a later position overrides an earlier one";
-    EXPECT_EQ(app->NilBroken[0], 2);
-    EXPECT_EQ(app->GetWinner({3, 2, 0, 4}), -1);
+    BootRig({});
+    auto& d = rig->e.Deal;
+    d.TrickCounts = {2, 1, 0, 3};
+    d.Bids = {"3", "N", "4", "2"};
+    EXPECT_EQ(rig->tricks.GetWinner({2, 2, 0, 3}), 1);
+    EXPECT_EQ(d.NilBroken[1], 1);
+    d.Bids = {"D", "N", "4", "2"};
+    EXPECT_EQ(rig->tricks.GetWinner({3, 2, 0, 4}), 3) << "a later position overrides an earlier one";
+    EXPECT_EQ(d.NilBroken[0], 2);
+    EXPECT_EQ(rig->tricks.GetWinner({3, 2, 0, 4}), -1);
 }
 
 TEST_F(LoopTest, TrickNumberTurnoverEndsTheDealAndLateTricksHurryIt) {
-    Boot({"MyYahooID = me", "BidTrickCounter = (*,0),(*,0)"});
-    fake.score = {{50, 1, 30, 2}};
-    fake.hands = {SomeHand("me")};
-    auto step = [&](int prev, int t, bool isNew = true) {
-        app->SlotArmed[tracking::SlotHand] = true;
-        app->PrevTrickCount = prev;
+    BootRig(kCounters);
+    auto read = [&](int t, bool isNew = true, bool noTrick = false) {
         fake.trick = {};
         fake.trick.TrickNumber = t;
         fake.trick.IsNew = isNew;
-        const int before = fake.scoreCalls;
-        app->TrickStep();
-        return fake.scoreCalls > before;
+        fake.trick.NoTrick = noTrick;
+        return rig->tricks.Step();
     };
-    EXPECT_TRUE(step(12, 3));
-    EXPECT_FALSE(step(2, 3));
-    EXPECT_FALSE(step(-1, 0));
-    EXPECT_TRUE(step(5, 0));
-    EXPECT_FALSE(step(12, 3, false)) << "the plain form only ends on a new trick";
-    EXPECT_FALSE(step(9, 3)) << "a fall from below 10 is not the next deal";
+    // The deal ends when trick `t` follows trick `prev` (-1: none read yet).
+    auto ends = [&](int prev, int t, bool isNew = true, bool noTrick = false) {
+        rig->tricks.NewDeal();
+        if (prev >= 0) read(prev);
+        const int before = rig->dealsOver;
+        read(t, isNew, noTrick);
+        return rig->dealsOver > before;
+    };
+    EXPECT_TRUE(ends(12, 3));
+    EXPECT_FALSE(ends(2, 3));
+    EXPECT_FALSE(ends(-1, 0));
+    EXPECT_TRUE(ends(5, 0));
+    EXPECT_FALSE(ends(12, 3, false)) << "the plain form only ends on a new trick";
+    EXPECT_FALSE(ends(9, 3)) << "a fall from below 10 is not the next deal";
+    EXPECT_TRUE(ends(12, 0, true, true)) << "an empty window after trick 12";
+    EXPECT_FALSE(ends(5, 0, true, true));
+    // The automatic capture needs its job armed: nothing was read, and its
+    // due time stayed.
+    EXPECT_FALSE(rig->e.Slots.Armed(Job::LastHand));
+    EXPECT_EQ(fake.scoreCalls, 0);
     // Tricks 11 and 12 bring the capture forward.
-    fake.trick = {};
-    app->SlotArmed[tracking::SlotHand] = true;
-    app->SlotDue[tracking::SlotHand] = clock.TickCount() + 10000;
-    app->PrevTrickCount = 10;
-    fake.trick.TrickNumber = 11;
-    app->TrickStep();
-    EXPECT_EQ(app->SlotDue[tracking::SlotHand], clock.TickCount() + 3000);
-    fake.trick.TrickNumber = 12;
-    app->TrickStep();
-    EXPECT_EQ(app->SlotDue[tracking::SlotHand], clock.TickCount() + 2000);
-    EXPECT_EQ(app->SlotDue[tracking::SlotTrick], clock.TickCount() + 800);
+    auto& slots = rig->e.Slots;
+    slots.Arm(Job::LastHand, clock.TickCount() + 10000);
+    rig->tricks.NewDeal();
+    read(10);
+    EXPECT_EQ(slots.DueAt(Job::LastHand), clock.TickCount() + 10000);
+    read(11);
+    EXPECT_EQ(slots.DueAt(Job::LastHand), clock.TickCount() + 3000);
+    read(12);
+    EXPECT_EQ(slots.DueAt(Job::LastHand), clock.TickCount() + 2000);
+    EXPECT_EQ(slots.DueAt(Job::LastTrick), clock.TickCount() + 800);
 }
 
 // Bids come in one by one: the watch is rescheduled by their number, and Nil
 // alerts sound for a bid that just became Nil (two Nils warn with two beeps).
+// The fourth bid begins the deal's play, with the trick count of the last
+// deal forgotten.
 TEST_F(LoopTest, BidStepSchedulesByTheNumberOfBidsAndAlertsNils) {
-    Boot({"AlertNilBids = yes"});
-    for (int i = 0; i < 4; ++i) app->Timer1_Timer();
+    BootRig({"AlertNilBids = yes", "BidTrickCounter = (*,0),(*,0)"});
+    fake.trick.TrickNumber = 5;
+    (void)rig->tricks.Step();  // the last deal stopped at trick 5
     fake.bidCode = 0;
     struct Row {
         tracking::Bids4 bids;
@@ -247,155 +516,99 @@ TEST_F(LoopTest, BidStepSchedulesByTheNumberOfBidsAndAlertsNils) {
         fake.bidCount = n;
         fake.bids = row.bids;
         desk.ClearRecords();
-        app->BidStep(1);
+        const auto r = rig->bids.Step(true);
         EXPECT_EQ(desk.Sounds().size(), row.sounds) << n << " bids";
         if (n < 4) {
-            EXPECT_EQ(app->SlotDue[tracking::SlotBidWatch], clock.TickCount() + row.due) << n << " bids";
+            EXPECT_EQ(r, tracking::BidResult::BidsIncomplete);
+            EXPECT_EQ(rig->e.Slots.DueAt(Job::BidWatch), clock.TickCount() + row.due) << n << " bids";
+        } else {
+            EXPECT_EQ(r, tracking::BidResult::DealBegins);
         }
     }
-    EXPECT_FALSE(app->SlotArmed[tracking::SlotBidWatch]) << "four bids: the deal's play begins";
-    EXPECT_TRUE(app->SlotArmed[tracking::SlotHand]);
-    EXPECT_EQ(app->PrevTrickCount, -1);
+    const auto& slots = rig->e.Slots;
+    EXPECT_FALSE(slots.Armed(Job::BidWatch)) << "four bids: the deal's play begins";
+    EXPECT_TRUE(slots.Armed(Job::LastHand));
+    EXPECT_TRUE(slots.Armed(Job::LastTrick));
+    fake.trick = {};
+    (void)rig->tricks.Step();
+    EXPECT_EQ(rig->dealsOver, 0) << "no trick yet in a new deal does not end it";
 }
 
 TEST_F(LoopTest, CaptureCodesRetriesAndTheirMessages) {
-    Boot({"MyYahooID = me", "BidTrickCounter = (*,0),(*,0)"});
+    using tracking::CaptureResult;
+    rig = std::make_unique<Rig>(desk, clock, home, fake, kCounters);
+    auto& e = rig->e;
+    auto& capture = rig->capture;
     // Off-line: the "Hand" button does nothing.
-    app->OnlineMode = 2;
-    app->CaptureLastHand(0);
+    EXPECT_EQ(capture.Capture(false), CaptureResult::Skipped);
     EXPECT_EQ(fake.scoreCalls, 0);
-    app->OnlineMode = 1;
-    // Automatic with slot 2 disarmed: nothing, and the due time stays.
-    app->SlotArmed[tracking::SlotHand] = false;
-    app->SlotDue[tracking::SlotHand] = 1234;
-    app->CaptureLastHand(1);
+    AddTable();
+    rig->GoOnline();
+    // Automatic with its job disarmed: nothing, and the due time stays.
+    e.Slots.Arm(Job::LastHand, 1234);
+    e.Slots.Disarm(Job::LastHand);
+    EXPECT_EQ(capture.Capture(true), CaptureResult::Skipped);
     EXPECT_EQ(fake.scoreCalls, 0);
-    EXPECT_EQ(app->SlotDue[tracking::SlotHand], 1234u);
+    EXPECT_EQ(e.Slots.DueAt(Job::LastHand), 1234u);
     // Four empty names: read at attempts 1 and 5 only, then given up.
     fake.score = {{50, 1, 30, 2}};
     fake.hands = {reading::HandRead{}};
-    app->CaptureLastHand(0);
+    EXPECT_EQ(capture.Capture(false), CaptureResult::EmptyNames);
     EXPECT_EQ(fake.handCalls, 2);
-    EXPECT_EQ(app->FiledCount, 0);
-    EXPECT_EQ(app->frmZ.cntBids.Caption, "9");
-    // The score window shows no new line: code 7, reported only by hand.
+    EXPECT_EQ(rig->filer.FiledCount(), 0);
+    EXPECT_EQ(e.Models.frmZ.cntBids.Caption, "9");
+    // The score window shows no new line: reported only by hand.
     fake.score = {};
-    app->CaptureLastHand(0);
-    ASSERT_FALSE(app->ErrorLog.empty());
-    EXPECT_EQ(app->ErrorLog.back(), app->frmErrMsg.Text);
-    const std::size_t errors = app->ErrorLog.size();
-    app->SlotArmed[tracking::SlotHand] = true;
-    app->CaptureLastHand(1);
-    EXPECT_EQ(app->ErrorLog.size(), errors);
-    // A good capture files the deal; the same hands again are code 24.
+    EXPECT_EQ(capture.Capture(false), CaptureResult::ScoreUnchanged);
+    ASSERT_FALSE(e.ErrorLog.empty());
+    EXPECT_EQ(e.ErrorLog.back(), e.Models.frmErrMsg.Text);
+    const std::size_t errors = e.ErrorLog.size();
+    e.Slots.Arm(Job::LastHand, clock.TickCount());
+    EXPECT_EQ(capture.Capture(true), CaptureResult::ScoreUnchanged);
+    EXPECT_EQ(e.ErrorLog.size(), errors);
+    EXPECT_EQ(e.Slots.DueAt(Job::LastHand), clock.TickCount() + 10000) << "the next automatic try";
+    // A good capture files the deal; the same hands again are not filed.
     fake.score = {{50, 1, 30, 2}};
     fake.hands = {SomeHand("me")};
-    app->CaptureLastHand(0);
-    ASSERT_EQ(app->FiledCount, 1);
+    EXPECT_EQ(capture.Capture(false), CaptureResult::Filed);
+    ASSERT_EQ(rig->filer.FiledCount(), 1);
     fake.score = {{50, 1, 30, 2}, {90, 2, 70, 3}};
-    app->CaptureLastHand(0);
-    EXPECT_EQ(app->FiledCount, 1);
-    EXPECT_GT(app->ErrorLog.size(), errors);
-    // Score reading failing five times: code 2 with its text.
+    EXPECT_EQ(capture.Capture(false), CaptureResult::HandUnchanged);
+    EXPECT_EQ(rig->filer.FiledCount(), 1);
+    EXPECT_GT(e.ErrorLog.size(), errors);
+    // Score reading failing five times, with its text.
     fake.scoreCode = 2;
     const int calls = fake.scoreCalls;
-    app->CaptureLastHand(0);
+    EXPECT_EQ(capture.Capture(false), CaptureResult::ScoreReadFailed);
     EXPECT_EQ(fake.scoreCalls - calls, 5);
-    EXPECT_EQ(app->ErrorLog.back(), "Error occurred in reading score.");
+    EXPECT_EQ(e.ErrorLog.back(), "Error occurred in reading score.");
 }
 
-TEST_F(LoopTest, GameEndsAtTheGamePointWithDifferentScores) {
-    Boot({"MyYahooID = me", "BidTrickCounter = (*,0),(*,0)"});
-    std::vector<scoring::ScoreRows::Row> over;
-    app->OnGameOver = [&](const scoring::ScoreRows::Row& r) { over.push_back(r); };
-    fake.hands = {SomeHand("me")};
-    fake.score = {{500, 0, 500, 0}};
-    app->CaptureLastHand(0);
-    EXPECT_TRUE(over.empty()) << "500 against 500 goes on";
-    reading::HandRead h = SomeHand("me");
-    std::swap(h.Cards[0][0], h.Cards[1][0]);
-    fake.hands = {h};
-    fake.score = {{500, 0, 500, 0}, {510, 1, 480, 3}};
-    desk.ClearRecords();
-    app->CaptureLastHand(0);
-    ASSERT_EQ(over.size(), 1u);
-    EXPECT_EQ(over[0], (scoring::ScoreRows::Row{510, 1, 480, 3}));
-    EXPECT_NE(std::find(desk.Sounds().begin(), desk.Sounds().end(), "SystemStart"), desk.Sounds().end());
-}
+// Deadlines are compared across the wrap of the tick counter; the pause keeps
+// what was left of the sub-window jobs and gives it back on resume, and leaves
+// the other jobs alone.
+TEST(JobSlotsTest, DeadlinesHoldAcrossTheWrapAndThePause) {
+    using tracking::JobSlots;
+    const std::uint32_t nearWrap = 0xFFFFFF00u;
+    JobSlots s;
+    s.Arm(Job::LastHand, nearWrap + 0x200);  // 0x100 after the wrap
+    for (std::uint32_t now : {nearWrap, 0xFFFFFFFFu, 0u, 0x100u}) EXPECT_FALSE(s.Due(Job::LastHand, now)) << now;
+    EXPECT_TRUE(s.ArmedAndDue(Job::LastHand, 0x101));
+    EXPECT_TRUE(JobSlots::Later(5, 0xFFFFFFF0u));
+    EXPECT_FALSE(JobSlots::Later(0xFFFFFFF0u, 5));
 
-TEST_F(LoopTest, ScoreButtonCycles) {
-    Boot();
-    EXPECT_EQ(app->frmZ.cmdScore.Caption, "Minimize");
-    app->frmZ.cmdScore.Caption = "Show Score";
-    for (const std::string want : {"Hide Score", "Show Score", "Hide Score"}) {
-        app->cmdScore_Click();
-        EXPECT_EQ(app->frmZ.cmdScore.Caption, want);
-        EXPECT_EQ(desk.IsMinimized(score), want == "Show Score");
-    }
-    EXPECT_EQ(app->Settings.TopMostScoreWindow, 2);
-}
-
-TEST_F(LoopTest, BoardClicksOnlyAllowedButtonsAndHidesAfterTheBid) {
-    Boot({"BiddingBoard = (10,10)"});
-    fake.board = tracking::BoardOrdinary;
-    for (int i = 1; i <= 14; ++i) fake.boardXY[i] = {120 + 10 * i, 420};
-    app->CheckBoard();
-    desk.ClearRecords();
-    app->Btn_Click(12);
-    EXPECT_TRUE(desk.Clicks().empty()) << "bid 12 is never pressed for the user";
-    app->Btn_Click(3);  // mode 7 asks for a confirmation first
-    EXPECT_EQ(app->frmBoard.Btn[17].Caption, "3 OK ?");
-    // The panel goes away after the first click.
-    desk.OnClick([&](const platform::SimClick&) { fake.board = 0; });
-    app->Btn_Click(17);
-    ASSERT_EQ(desk.Clicks().size(), 1u);
-    EXPECT_EQ(desk.Clicks()[0].At, (platform::Point{150 + 2, 420 + 2}));
-    EXPECT_EQ(app->BidState, -4);
-    EXPECT_EQ(app->GetBoardStat(), 0) << "with BidState -4 the panel is not read";
-}
-
-TEST_F(LoopTest, NarrowScreenReducesTheGameWindow) {
-    desk.SetScreenSize(800, 600);
-    Load({"Reduce SpadesWindow = 600"});
-    table = desk.AddWindow("Game: Spades Table: Elm Host: bob", {20, 30, 660, 580});
-    app->Timer1_Timer();
-    platform::Rect r;
-    desk.GetWindowRect(table, r);
-    EXPECT_EQ(r, (platform::Rect{-5, 25, 595, 575}));
-}
-
-TEST_F(LoopTest, EndKeepsTheWindowPositionsForTheNextRun) {
-    Boot({"CFG = places.txt"});
-    desk.MoveWindow(lastHand, {300, 420, 500, 620});
-    app->FindSubWindow(-1);
-    app->cmdEnd_Click();
-    app->Timer1_Timer();
-    EXPECT_TRUE(app->Ended);
-    EXPECT_FALSE(app->TimerEnabled);
-    std::vector<std::string> lines;
-    ASSERT_TRUE(core::ReadTextFile(core::JoinPath(home, "places.txt"), 1252, lines));
-    ASSERT_GE(lines.size(), 9u);
-    EXPECT_NE(lines[4].find("Last Hand Window"), std::string::npos);
-    Load({"CFG = places.txt"});  // the next run
-    EXPECT_EQ(app->Cap.SubWindow[tracking::SlotHand].Home, (platform::Point{300, 420}));
-}
-
-TEST_F(LoopTest, WindowListSkipsHiddenWindowsAndCollectsPopups) {
-    Boot({"TopmostPlayerInfo = yes"});
-    const auto hidden = desk.AddWindow("Game: Spades Table: Pine Host: zed", {0, 0, 100, 100},
-                                       platform::kStyleCaptionOrBorder);
-    const auto bare = desk.AddWindow("Player information", {0, 0, 100, 100}, platform::kStyleVisible);
-    const auto info = desk.AddWindow("Player information", {0, 0, 100, 100});
-    desk.AddWindow("Alerts", {0, 0, 100, 100});
-    const auto lobby = desk.AddWindow("Yahoo! Spades", {10, 10, 1010, 810});
-    app->FindGameWindows();
-    for (const auto& w : app->WindowList) EXPECT_TRUE(w.Handle != hidden && w.Handle != bare);
-    EXPECT_EQ(app->GameWindow, table);
-    ASSERT_EQ(app->PopupWindows.size(), 1u) << "\"Alerts\" is not \"Alert\"";
-    EXPECT_EQ(app->PopupWindows[0], info);
-    platform::Rect r;
-    desk.GetWindowRect(lobby, r);
-    EXPECT_EQ(r, (platform::Rect{200, 100, 1000, 700}));
+    s.Arm(Job::LastTrick, nearWrap - 50);  // already past when paused
+    s.Arm(Job::BidWatch, nearWrap + 100);
+    s.Arm(Job::Reminder, nearWrap + 300);
+    s.Freeze(nearWrap);
+    EXPECT_EQ(s.Left(Job::LastHand), 0x200);
+    EXPECT_EQ(s.Left(Job::LastTrick), 0);
+    s.Thaw(0x10);
+    EXPECT_EQ(s.DueAt(Job::LastHand), 0x210u);
+    EXPECT_EQ(s.DueAt(Job::LastTrick), 0x10u);
+    EXPECT_EQ(s.DueAt(Job::BidWatch), nearWrap + 100);
+    EXPECT_EQ(s.DueAt(Job::Reminder), nearWrap + 300);
+    EXPECT_TRUE(s.Armed(Job::LastHand) && s.Armed(Job::LastTrick));
 }
 
 }  // namespace
