@@ -19,7 +19,11 @@ void FrmHelpBid::setModel(const scoring::HelpBid& m) {
 
 void FrmHelpBid::paintEvent(QPaintEvent*) {
     QPainter p(this);
-    PaintFrame(p, m_.Shape1);
+    // The frame holds the bid labels; the figures are printed from the
+    // first column on, so the frame stops short of them.
+    core::Shape frame = m_.Shape1;
+    for (const auto& d : m_.Items) frame.Width = std::min(frame.Width, static_cast<int>(d.X) - 2 - frame.Left);
+    PaintFrame(p, frame);
     PaintLine(p, m_.Line1);
     PaintLine(p, m_.Line3);
     PaintLine(p, m_.Line5);
