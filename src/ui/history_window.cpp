@@ -111,7 +111,9 @@ void HistoryWindow::rebuild() {
     ay->setLabelFormat(QStringLiteral("%d"));
     ay->setLabelsFont(font);
     // Whole fifties around the figures keep the scale readable.
-    ay->setRange((lo - 25) / 50 * 50, (hi + 75) / 50 * 50);
+    const int bottom = (lo - 25) / 50 * 50, top = (hi + 75) / 50 * 50;
+    ay->setRange(bottom, top);
+    ay->setTickCount((top - bottom) / 50 + 1);
     rc->addAxis(ax, Qt::AlignBottom);
     rc->addAxis(ay, Qt::AlignLeft);
     for (QAbstractSeries* s : rc->series()) {
@@ -133,7 +135,10 @@ void HistoryWindow::rebuild() {
     QStringList cats;
     for (const auto& r : rates_) {
         *set << r.Percent();
-        cats << QStringLiteral("%1\n%2/%3").arg(Q(r.Title)).arg(r.Success).arg(r.Success + r.Failure);
+        // The category number and the count behind the rate; the titles are
+        // the report's, too long for a bar.
+        const QString title = Q(r.Title);
+        cats << QStringLiteral("%1 %2/%3").arg(title.left(title.indexOf(')') + 1)).arg(r.Success).arg(r.Success + r.Failure);
     }
     auto* bars = new QBarSeries();
     bars->append(set);
