@@ -106,17 +106,6 @@ TEST(CounterWindows, RightCounterSetSideInMagentaAndNilSetInRed) {
     EXPECT_GT(Magenta(img, Cell(m.cBag[1])), 20);
 }
 
-TEST(CounterWindows, ClearedCounterIsHiddenAndBlank) {
-    ui::FrmCounter0 w;
-    auto m = LeftDemo();
-    w.setModel(m);
-    m.ClrCounter();
-    w.setModel(m);
-    EXPECT_FALSE(w.isVisible());
-    const QImage img = ui::Snapshot(w);
-    for (const auto& l : m.cBid) EXPECT_EQ(CountDark(img, Cell(l)), 0);
-}
-
 TEST(CounterWindows, DragIsReportedButPlacementIsNot) {
     ui::FrmCounter0 w;
     auto m = LeftDemo();
