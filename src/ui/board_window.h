@@ -5,7 +5,7 @@
 #include <QPushButton>
 #include <array>
 
-#include "tracking/board.h"
+#include "tracking/companion_models.h"
 #include "ui/companion_window.h"
 
 namespace ui {

@@ -41,7 +41,7 @@ void SetLabelFont(QLabel* l, const char* face, double size, bool bold, core::Col
     l->setPalette(pal);
 }
 
-void SetLabel(QLabel* l, const tracking::LabelModel& m) {
+void SetLabel(QLabel* l, const core::Label& m) {
     l->setText(Q(m.Caption));
     l->setVisible(m.Visible);
 }
@@ -152,10 +152,10 @@ QLabel* FrmZ::makeLabel(int x, int y, int w, int h) {
 
 QPushButton* FrmZ::button(const QString& name) const { return findChild<QPushButton*>(name); }
 
-void FrmZ::applyButton(QPushButton* b, const tracking::ButtonModel& m) {
+void FrmZ::applyButton(QPushButton* b, const core::Button& m) {
     b->setText(Q(m.Caption));
     b->setEnabled(m.Enabled);
-    b->setFont(ToQFont("Arial", m.FontSize, m.Bold));
+    b->setFont(ToQFont("Arial", m.TextFont.Size, m.TextFont.Bold));
     b->setStyleSheet(QStringLiteral("QPushButton{background-color:%1;border:1px solid #404040;}"
                                     "QPushButton:disabled{color:#808080;}")
                          .arg(ColorHex(m.BackColor)));
@@ -214,11 +214,11 @@ void FrmZ::setAlertView(const players::AlertView& v) {
     SetLabelFont(alertName_, "Arial", v.AlertName.FontSize, true, v.AlertName.ForeColor);
     alertName_->setVisible(v.AlertName.Visible && otherControlsVisible_);
     alertName_->setProperty("modelVisible", v.AlertName.Visible);
-    tracking::ButtonModel b;
+    core::Button b;
     b.Caption = v.cmdAlertNone.Caption;
     b.Visible = v.cmdAlertNone.Visible;
     b.BackColor = v.cmdAlertNone.BackColor;
-    b.FontSize = 9;
+    b.TextFont.Size = 9;
     applyButton(cmdAlertNone_, b);
     cmdAlertNone_->setToolTip(Q(v.cmdAlertNone.ToolTip));
     menuAlert_->setTitle(Q(v.menuAlertPlayerCaption));
@@ -252,11 +252,11 @@ void FrmZ::setFileBox(const display::FileBox& b) {
     const std::pair<QPushButton*, const display::ButtonView*> views[] = {
         {cmdDEL_, &b.cmdDEL}, {cmdUndo_, &b.cmdUndo}, {cmdDelFiles_, &b.cmdDelFiles}};
     for (const auto& [btn, v] : views) {
-        tracking::ButtonModel m;
+        core::Button m;
         m.Caption = v->Caption;
         m.Visible = v->Visible;
         m.Enabled = v->Enabled;
-        m.FontSize = 9;
+        m.TextFont.Size = 9;
         applyButton(btn, m);
         btn->setToolTip(Q(v->ToolTip));
     }
@@ -271,7 +271,7 @@ void FrmZ::setStartupScreen(const core::StartupScreen& s) {
     screen_ = s;
     startupShown_ = true;
     otherControlsVisible_ = s.OtherControlsVisible;
-    tracking::ButtonModel end = m_.cmdEnd;
+    core::Button end = m_.cmdEnd;
     end.Caption = s.EndCaption;
     end.Visible = s.EndVisible || m_.cmdEnd.Visible;
     m_.cmdEnd = end;
@@ -296,7 +296,7 @@ void FrmZ::updateControlsVisible() {
         lblBid_[p]->setVisible(on && m_.lblBid[p].Visible);
         lblSeat_[p]->setVisible(on && m_.lblSeat[p].Visible);
     }
-    const std::pair<QLabel*, const tracking::LabelModel*> labels[] = {
+    const std::pair<QLabel*, const core::Label*> labels[] = {
         {cntPlayers_, &m_.cntPlayers}, {cntBids_, &m_.cntBids},     {cntBidLoc_, &m_.cntBidLoc},
         {lblMsg_, &m_.lblMsg},         {lblLog_, &m_.lblLog},       {lblBoxState_, &m_.lblBoxState}};
     for (const auto& [l, m] : labels) l->setVisible(on && m->Visible);

@@ -14,7 +14,7 @@
 #include "display/file_box.h"
 #include "players/alert_checks.h"
 #include "players/ratings.h"
-#include "tracking/companion.h"
+#include "tracking/companion_models.h"
 
 class QAction;
 class QLabel;
@@ -83,7 +83,7 @@ protected:
 private:
     QPushButton* makeButton(const char* name, int x, int y, int w, int h);
     QLabel* makeLabel(int x, int y, int w, int h);
-    void applyButton(QPushButton* b, const tracking::ButtonModel& m);
+    void applyButton(QPushButton* b, const core::Button& m);
     void updateControlsVisible();
 
     tracking::MainWindow m_;

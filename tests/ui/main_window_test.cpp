@@ -28,9 +28,9 @@ tracking::MainWindow OnlineModel() {
         m.lblBid[p].Caption = bids[p];
         m.lblSeat[p].Caption = seats[p];
     }
-    m.cmdScore = {"Show Score", true};
-    m.cmdTimer = {"Pause", true};
-    m.cmdEnd = {"End", true};
+    m.cmdScore = core::MakeButton("Show Score");
+    m.cmdTimer = core::MakeButton("Pause");
+    m.cmdEnd = core::MakeButton("End");
     m.cmdHand.BackColor = 0x80FFFF;  // automatic hand capture on: yellow
     m.fraCapture.Visible = true;
     m.cntPlayers.Caption = "5";
@@ -75,8 +75,8 @@ TEST(MainWindow, ButtonColourAndPauseCount) {
     Window f;
     auto m = OnlineModel();
     m.cmdTimer.Caption = "37";
-    m.cmdTimer.Bold = true;
-    m.cmdTimer.FontSize = 12;
+    m.cmdTimer.TextFont.Bold = true;
+    m.cmdTimer.TextFont.Size = 12;
     f.w.setModel(m);
     const QImage img = ui::Snapshot(f.w);
     QPushButton* hand = f.w.button("cmdHand");
@@ -197,7 +197,7 @@ TEST(MainWindow, JapaneseCaptionsUseTheJapaneseFont) {
     ui::FrmZ w;
     auto m = OnlineModel();
     m.cmdTimer.Caption = "休止";
-    m.lblMsg = {"２人が NIL をビッド", true};
+    m.lblMsg = core::MakeLabel("２人が NIL をビッド");
     w.setModel(m);
     players::AlertView v = Alerted();
     v.menuAlertPlayerCaption = "アラート";
