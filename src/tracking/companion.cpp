@@ -10,21 +10,15 @@ namespace tracking {
 
 Companion::Companion(platform::Desktop& desktop, platform::Clock& clock, core::Folders folders, ScreenReading& screen,
                      CompanionEvents& events)
-    : e_(desktop, clock, std::move(folders), screen.Readers, events, &screen.Cap, &screen.Titles),
-      windows_(e_),
-      board_(e_, windows_),
-      flow_(e_, board_),
-      tricks_(e_, windows_, [this] { capture_.Capture(true); }),
-      filer_(e_, windows_, flow_, tricks_),
-      capture_(e_, windows_, flow_, filer_),
-      bids_(e_, windows_, flow_, tricks_),
-      online_(e_, windows_, flow_, tricks_) {
-    Wire();
-}
+    : Companion(desktop, clock, std::move(folders), screen.Readers, &events, &screen.Cap, &screen.Titles) {}
 
 Companion::Companion(platform::Desktop& desktop, platform::Clock& clock, core::Folders folders, GameReaders& readers,
                      CompanionEvents* events)
-    : e_(desktop, clock, std::move(folders), readers, events ? *events : nullEvents_, nullptr, nullptr),
+    : Companion(desktop, clock, std::move(folders), readers, events, nullptr, nullptr) {}
+
+Companion::Companion(platform::Desktop& desktop, platform::Clock& clock, core::Folders folders, GameReaders& readers,
+                     CompanionEvents* events, reading::Capture* cap, reading::WinTitles* titles)
+    : e_(desktop, clock, std::move(folders), readers, events ? *events : nullEvents_, cap, titles),
       windows_(e_),
       board_(e_, windows_),
       flow_(e_, board_),

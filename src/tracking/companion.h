@@ -104,6 +104,10 @@ public:
     void SetArchiveCheck(bool on) { checkArchive_ = on; }
 
 private:
+    // Both public constructors come here; null `cap`/`titles` when the
+    // readers read no pixels.
+    Companion(platform::Desktop& desktop, platform::Clock& clock, core::Folders folders, GameReaders& readers,
+              CompanionEvents* events, reading::Capture* cap, reading::WinTitles* titles);
     bool LoadSettingsAndLists();
     void WindowPass();
     void BidWatch();
