@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/desktop.h"
+#include "platform/geometry.h"
 
 namespace core {
 struct Folders;

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "platform/clock.h"
-#include "platform/desktop.h"
+#include "platform/windowing.h"
 #include "players/alert_checks.h"
 
 namespace players {
@@ -71,7 +71,7 @@ struct RatingContext {
 
 class Ratings {
 public:
-    Ratings(platform::Desktop& desktop, platform::Clock& clock);
+    Ratings(platform::Windows& windows, platform::Clock& clock);
 
     RatingOptions Options;
     RatingLabel MyRating;
@@ -97,7 +97,7 @@ public:
                           const RatingLineReader& reader);
 
 private:
-    platform::Desktop& desktop_;
+    platform::Windows& windows_;
     platform::Clock& clock_;
 };
 

@@ -21,8 +21,8 @@ Session::Session(const sim::Scenario& scenario, std::string programFolder)
       Clock(StartOf(scenario)),
       Desktop(scenario.screenWidth, scenario.screenHeight),
       Game(Desktop, Clock, Scenario, RenderedTable()),
-      App(Desktop, Clock, core::Folders{ProgramFolder, "Work"}, Readers),
-      Readers(App.Cap, App.Titles),
+      App(Desktop.Roles(), Clock, core::Folders{ProgramFolder, "Work"}, Readers),
+      Readers(App.Cap, App.Titles, Desktop),
       Timer(Clock, App) {
     Desktop.SetExecutableFolder(ProgramFolder);
     Desktop.SetAnsiCodePage(scenario.codepage);

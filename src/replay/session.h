@@ -9,8 +9,9 @@
 #include <vector>
 
 #include "core/json.h"
-#include "platform/clock.h"
-#include "platform/sim_desktop.h"
+#include "platform/sim/sim_desktop.h"
+#include "platform/sim/virtual_clock.h"
+#include "replay/virtual_timer.h"
 #include "sim/scenario.h"
 #include "sim/sim_game_desktop.h"
 #include "tracking/companion.h"
@@ -57,7 +58,7 @@ public:
 
     tracking::Companion App;
     tracking::PixelReaders Readers;
-    tracking::VirtualTimer Timer;
+    VirtualTimer Timer;
 };
 
 // The JSON Lines of a filed deal and of a finished game, as replay prints them.

@@ -6,7 +6,7 @@
 #include <array>
 #include <string>
 
-#include "platform/desktop.h"
+#include "platform/geometry.h"
 #include "tracking/readers.h"
 
 namespace tracking {

@@ -16,9 +16,9 @@ std::string Num(int v) { return std::to_string(v); }
 
 }  // namespace
 
-Companion::Companion(platform::Desktop& desktop, platform::Clock& clock, core::Folders folders,
+Companion::Companion(const platform::Desktop& desktop, platform::Clock& clock, core::Folders folders,
                      GameReaders& readers)
-    : frmErrMsg(&desktop), Cap(desktop, clock), desktop_(desktop), clock_(clock), folders_(std::move(folders)),
+    : frmErrMsg(&desktop.sound), Cap(desktop.windows, desktop.capture, clock), desktop_(desktop), clock_(clock), folders_(std::move(folders)),
       readers_(readers) {
     Cap.ReopenSubWindow = [this](int k) {
         OpenSubWindows(k);
@@ -33,7 +33,7 @@ Companion::~Companion() = default;
 void Companion::Log(const std::string& line) {
     if (Trace) Trace(line);
     if (!Settings.log.empty()) {
-        core::AppendTextFile(folders_.EnterProgramFolder(Settings.log), {line}, desktop_.AnsiCodePage());
+        core::AppendTextFile(folders_.EnterProgramFolder(Settings.log), {line}, desktop_.system.AnsiCodePage());
     }
 }
 
@@ -53,7 +53,7 @@ bool Companion::Form_Load() {
 
 bool Companion::FormLoad() {
     // Screen size, and the main window at the right edge of the screen.
-    ScreenSize = desktop_.ScreenSize();
+    ScreenSize = desktop_.windows.ScreenSize();
     const int w = frmZ.Rect.Width();
     frmZ.Rect.Left = ScreenSize.X - w;
     frmZ.Rect.Right = ScreenSize.X;
@@ -62,7 +62,7 @@ bool Companion::FormLoad() {
 
     // Archive check, settings, second instance, post-read rules, the notice
     // about a missing settings file, the work folder.
-    core::StartupContext ctx{desktop_, clock_, Screen};
+    core::StartupContext ctx{desktop_.system, clock_, Screen};
     core::StartupOutcome out = core::RunStartupChecks(ctx, folders_, CheckArchive);
     Settings = out.Settings.Values;
     SettingsFileFound = !out.Settings.FileName.empty();
@@ -72,13 +72,13 @@ bool Companion::FormLoad() {
         return false;
     }
     if (Settings.link == "uk") frmZ.LinkMenuCaption = "Yahoo! Spades UK";
-    const int cp = desktop_.AnsiCodePage();
+    const int cp = desktop_.system.AnsiCodePage();
 
     // Alert lists.
     players::ReadDefaultAlertList(AlertList);
     const std::string alertPath = folders_.EnterProgramFolder(Settings.AlertFile);
     players::ReadAlertList(alertPath, AlertList, cp);
-    Alerts = std::make_unique<players::AlertChecker>(AlertList, desktop_, clock_);
+    Alerts = std::make_unique<players::AlertChecker>(AlertList, desktop_.windows, desktop_.sound, clock_);
     Alerts->Options.Japanese = Settings.JPN;
     Alerts->Options.LogSet = !Settings.log.empty();
     Alerts->Options.MyIds = Settings.MyIds;
@@ -89,7 +89,7 @@ bool Companion::FormLoad() {
     Seats.InitNESW(Settings.MyIds);
     Seats.SetJapanese(Settings.JPN);
 
-    Rating = std::make_unique<players::Ratings>(desktop_, clock_);
+    Rating = std::make_unique<players::Ratings>(desktop_.windows, clock_);
     Rating->Options.Japanese = Settings.JPN;
     Rating->Options.LogSet = !Settings.log.empty();
     Rating->Options.CountCards = Settings.CardCounting;
@@ -171,19 +171,18 @@ void Companion::cmdHand_MouseDown(int button) {
 void Companion::VisualAlarm() { ++frmZ.VisualAlarms; }
 
 void Companion::PlayAlertSound(const std::string& alias) {
-    if (!alias.empty()) desktop_.PlaySystemSound(alias);
+    if (!alias.empty()) desktop_.sound.PlaySystemSound(alias);
 }
 
 void Companion::AlertBeep(int n) {
     for (int i = 0; i < n; ++i) {
-        if (desktop_.Family() == platform::PlatformFamily::Win9x) desktop_.Beep();
-        else desktop_.PlaySystemSound("SystemExclamation");
+        desktop_.sound.PlaySystemSound("SystemExclamation");
         clock_.Wait(1200);
     }
 }
 
 void Companion::ShowTop(int mode, platform::WindowHandle h) {
-    if (mode == 2 && h != 0) desktop_.SetWindowPos(h, platform::ZOrder::Topmost);
+    if (mode == 2 && h != 0) desktop_.windows.SetTopmost(h, true);
 }
 
 void Companion::Timer1_Timer() {
@@ -230,7 +229,7 @@ void Companion::Timer1_Timer() {
     if (SlotArmed[SlotTrick]) {
         if (frmBoard.Visible) HideMe();
         if (MyTurnSeen == 0 && TestMyTurn()) {
-            desktop_.SetWindowPos(GameWindow, platform::ZOrder::Topmost);
+            desktop_.windows.SetTopmost(GameWindow, true);
             MyTurnSeen = 1;
         }
         for (int twice = 0; twice < 2; ++twice) {
@@ -307,7 +306,7 @@ void Companion::Timer1_Timer() {
     if (Counters.CounterShown == 1) ++Counters.frmCounter0.Window.TopmostRequests;
     else if (Counters.CounterShown == 2) ++Counters.frmCounter.Window.TopmostRequests;
     ShowTop(Settings.TopMostScoreWindow, Cap.SubWindow[SlotScore].Handle);
-    for (platform::WindowHandle h : PopupWindows) desktop_.SetWindowPos(h, platform::ZOrder::Topmost);
+    for (platform::WindowHandle h : PopupWindows) desktop_.windows.SetTopmost(h, true);
 }
 
 void Companion::ClickBidAuto() {
@@ -320,8 +319,8 @@ void Companion::WindowPass() {
         if (!Settings.CFG.empty()) {
             display::PosTable now{};
             auto at = [this](platform::WindowHandle h) {
-                platform::Rect r;
-                return h && desktop_.GetWindowRect(h, r) ? platform::Point{r.Left, r.Top} : platform::Point{};
+                const std::optional<platform::Rect> r = h ? desktop_.windows.WindowRect(h) : std::nullopt;
+                return r ? platform::Point{r->Left, r->Top} : platform::Point{};
             };
             now[display::PosSpadesWindow] = at(GameWindow);
             now[display::PosScoreWindow] = at(Cap.SubWindow[SlotScore].Handle);
@@ -330,7 +329,7 @@ void Companion::WindowPass() {
             now[display::PosLeftCounter] = {Counters.frmCounter0.Window.Left, Counters.frmCounter0.Window.Top};
             now[display::PosRightCounter] = {Counters.frmCounter.Window.Left, Counters.frmCounter.Window.Top};
             display::SaveWindowPositions(folders_.EnterProgramFolder(Settings.CFG), ScreenSize.X, frmZ.Rect, now,
-                                         desktop_.AnsiCodePage());
+                                         desktop_.system.AnsiCodePage());
         }
         Ended = true;
         TimerEnabled = false;
@@ -340,7 +339,7 @@ void Companion::WindowPass() {
         for (int k = 1; k <= 5; ++k) {
             if (!RecheckSlots[k]) continue;
             if (k < reading::kSubWindowCount && Cap.SubWindow[k].Handle != 0 &&
-                desktop_.IsWindow(Cap.SubWindow[k].Handle)) {
+                desktop_.windows.IsWindow(Cap.SubWindow[k].Handle)) {
                 frmErrMsg.Hide();
                 RecheckSlots[k] = false;
                 RecheckRequested = false;
@@ -353,8 +352,8 @@ void Companion::WindowPass() {
     FindGameWindows();
     if (GameWindow != 0) {
         if (OffLine()) {
-            desktop_.SetWindowPos(GameWindow, platform::ZOrder::Topmost);
-            desktop_.ShowWindow(GameWindow, platform::ShowCmd::Restore);
+            desktop_.windows.SetTopmost(GameWindow, true);
+            desktop_.windows.Restore(GameWindow);
         }
         ApplyLeftEdgeRule();
         MoveWinGame();
@@ -384,7 +383,7 @@ void Companion::cmdTimer_Click() {
             else
                 SlotLeft[k] = 0;
         }
-        desktop_.SetWindowPos(GameWindow, platform::ZOrder::NotTopmost);
+        desktop_.windows.SetTopmost(GameWindow, false);
         frmZ.Topmost = true;
     } else {
         frmZ.cmdTimer.Caption = Settings.JPN ? "休止" : "Pause";
@@ -395,18 +394,18 @@ void Companion::cmdTimer_Click() {
         PausedAt = 0;
         BidLocCount = 0;
         frmZ.Topmost = false;
-        desktop_.SetWindowPos(GameWindow, platform::ZOrder::Topmost);
+        desktop_.windows.SetTopmost(GameWindow, true);
     }
 }
 
 void Companion::Form_Resize(int heightPx) {
     frmZ.Rect.Bottom = frmZ.Rect.Top + heightPx;
     if (heightPx < 30) {
-        if (GameWindow) desktop_.ShowWindow(GameWindow, platform::ShowCmd::Minimize);
+        if (GameWindow) desktop_.windows.Minimize(GameWindow);
         GameMinimised = 1;
     } else {
         GameMinimised = 0;
-        if (GameWindow) desktop_.ShowWindow(GameWindow, platform::ShowCmd::Restore);
+        if (GameWindow) desktop_.windows.Restore(GameWindow);
     }
 }
 
@@ -419,10 +418,12 @@ void Companion::FindGameWindows() {
     GameWindow = 0;
     SiteIndex = {-1, -1, -1};
     PopupWindows.clear();
-    for (platform::WindowHandle h : desktop_.TopLevelWindows()) {
-        const std::uint32_t style = desktop_.WindowStyle(h);
-        if ((style & platform::kStyleCaptionOrBorder) == 0 || (style & platform::kStyleVisible) == 0) continue;
-        std::string title = core::Trim(desktop_.WindowText(h));
+    for (platform::WindowHandle h : desktop_.windows.TopLevel()) {
+        const std::optional<platform::WindowInfo> info = desktop_.windows.Info(h);
+        if (!info || !info->Decorated || !info->Visible) continue;
+        // Our own windows show the game's names and titles too.
+        if (desktop_.windows.IsOwnWindow(h)) continue;
+        std::string title = core::Trim(desktop_.windows.Title(h).value_or(""));
         if (!OffLine() && Settings.TopmostPlayerInfo && reading::IsPopupTitle(title) &&
             static_cast<int>(PopupWindows.size()) < kMaxPopups)
             PopupWindows.push_back(h);
@@ -447,17 +448,18 @@ void Companion::FindGameWindows() {
             }
             continue;
         }
-        platform::Rect r;
         switch (reading::SiteWindowKind(title)) {
             case reading::SiteWindow::Lobby:
                 SiteIndex[1] = index;
-                if (ScreenSize.X > 1000 && desktop_.GetWindowRect(h, r) && r.Width() > 800)
-                    desktop_.MoveWindow(h, {200, 100, 1000, 700});
+                if (ScreenSize.X > 1000)
+                    if (const auto r = desktop_.windows.WindowRect(h); r && r->Width() > 800)
+                        desktop_.windows.Move(h, {200, 100, 1000, 700});
                 break;
             case reading::SiteWindow::SitePage:
                 SiteIndex[2] = index;
-                if (ScreenSize.X > 1000 && desktop_.GetWindowRect(h, r) && r.Width() > 800)
-                    desktop_.MoveWindow(h, {r.Left, r.Top, r.Left + 800, r.Top + 600});
+                if (ScreenSize.X > 1000)
+                    if (const auto r = desktop_.windows.WindowRect(h); r && r->Width() > 800)
+                        desktop_.windows.Move(h, {r->Left, r->Top, r->Left + 800, r->Top + 600});
                 break;
             default:
                 break;
@@ -483,7 +485,7 @@ void Companion::FindSubWindow(int slot) {
 }
 
 void Companion::OpenSubWindows(int slot) {
-    const platform::Point saved = desktop_.GetCursorPos();
+    const std::optional<platform::Point> saved = desktop_.input.CursorPos();
     const int from = slot == 254 ? 1 : slot;
     const int to = slot == 254 ? 3 : slot;
     for (int k = from; k <= to; ++k) {
@@ -491,42 +493,41 @@ void Companion::OpenSubWindows(int slot) {
         const platform::Point p = Table.ButtonXY[static_cast<std::size_t>(k)];
         if (p.X + p.Y == 0) continue;
         // A sub-window opened by the previous click may cover the buttons.
-        desktop_.SetWindowPos(GameWindow, platform::ZOrder::Topmost);
+        desktop_.windows.SetTopmost(GameWindow, true);
         ClickAt(p.X - 10, p.Y + 4);
         clock_.Wait(0);
     }
-    desktop_.SetCursorPos(saved);
+    if (saved) desktop_.input.SetCursorPos(*saved);
 }
 
 void Companion::ApplyLeftEdgeRule() {
-    platform::Rect r;
-    if (!desktop_.GetWindowRect(GameWindow, r)) return;
-    if (r.Left < 0 && !(frmBoard.BoardMode & 1)) {
-        desktop_.MoveWindow(GameWindow, {0, r.Top, r.Width(), r.Bottom});
-        desktop_.GetWindowRect(GameWindow, r);
+    std::optional<platform::Rect> r = desktop_.windows.WindowRect(GameWindow);
+    if (!r) return;
+    if (r->Left < 0 && !(frmBoard.BoardMode & 1)) {
+        desktop_.windows.Move(GameWindow, {0, r->Top, r->Width(), r->Bottom});
+        r = desktop_.windows.WindowRect(GameWindow).value_or(*r);
     }
-    GameRect = r;
+    GameRect = *r;
 }
 
 void Companion::MoveGame(const platform::Rect& r) {
-    desktop_.MoveWindow(GameWindow, r);
-    desktop_.GetWindowRect(GameWindow, GameRect);
+    desktop_.windows.Move(GameWindow, r);
+    GameRect = desktop_.windows.WindowRect(GameWindow).value_or(GameRect);
 }
 
 void Companion::PlaceSubWindow(int slot) {
     const platform::WindowHandle h = slot == 0 ? GameWindow : Cap.SubWindow[static_cast<std::size_t>(slot)].Handle;
-    if (h == 0 || !desktop_.IsWindow(h)) return;
-    desktop_.SetWindowPos(h, platform::ZOrder::Topmost);
-    desktop_.ShowWindow(h, platform::ShowCmd::Restore);
-    platform::Rect r;
-    desktop_.GetWindowRect(h, r);
+    if (h == 0 || !desktop_.windows.IsWindow(h)) return;
+    desktop_.windows.SetTopmost(h, true);
+    desktop_.windows.Restore(h);
+    const platform::Rect r = desktop_.windows.WindowRect(h).value_or(platform::Rect{});
     reading::SubWindowSlot& s = Cap.SubWindow[static_cast<std::size_t>(slot)];
     s.Rect = r;
     if (!s.Placed && r.Left + r.Top < 1) {
         if (!(s.Home.X == 0 && s.Home.Y == 0)) {
-            desktop_.MoveWindow(h, {s.Home.X, s.Home.Y, s.Home.X + r.Width(), s.Home.Y + r.Height()});
+            desktop_.windows.Move(h, {s.Home.X, s.Home.Y, s.Home.X + r.Width(), s.Home.Y + r.Height()});
         }
-        desktop_.GetWindowRect(h, s.Rect);
+        s.Rect = desktop_.windows.WindowRect(h).value_or(s.Rect);
         if (slot == 0) ApplyLeftEdgeRule();
         s.Placed = true;
     }
@@ -595,16 +596,19 @@ void Companion::GetSubWindows() {
     } else {
         // Sub-windows that went away are looked up again each tick.
         for (int k = 1; k <= 3; ++k)
-            if (Cap.SubWindow[k].Handle == 0 || !desktop_.IsWindow(Cap.SubWindow[k].Handle)) FindSubWindow(k);
+            if (Cap.SubWindow[k].Handle == 0 || !desktop_.windows.IsWindow(Cap.SubWindow[k].Handle)) FindSubWindow(k);
     }
     if (Settings.MinimizeLastHand && Cap.SubWindow[SlotHand].Handle)
-        desktop_.ShowWindow(Cap.SubWindow[SlotHand].Handle, platform::ShowCmd::Minimize);
+        desktop_.windows.Minimize(Cap.SubWindow[SlotHand].Handle);
     reading::SubWindowSlot& lt = Cap.SubWindow[SlotTrick];
-    if (lt.Handle && std::abs(lt.Rect.Left) + std::abs(lt.Rect.Top) < 10 && desktop_.GetWindowRect(lt.Handle, lt.Rect)) {
-        if (std::abs(lt.Rect.Left) + std::abs(lt.Rect.Top) < 10) {
-            const int w = lt.Rect.Width(), h = lt.Rect.Height();
-            desktop_.MoveWindow(lt.Handle, {ScreenSize.X - w, ScreenSize.Y - h, ScreenSize.X, ScreenSize.Y});
-            desktop_.GetWindowRect(lt.Handle, lt.Rect);
+    if (lt.Handle && std::abs(lt.Rect.Left) + std::abs(lt.Rect.Top) < 10) {
+        if (const auto now = desktop_.windows.WindowRect(lt.Handle)) {
+            lt.Rect = *now;
+            if (std::abs(lt.Rect.Left) + std::abs(lt.Rect.Top) < 10) {
+                const int w = lt.Rect.Width(), h = lt.Rect.Height();
+                desktop_.windows.Move(lt.Handle, {ScreenSize.X - w, ScreenSize.Y - h, ScreenSize.X, ScreenSize.Y});
+                lt.Rect = desktop_.windows.WindowRect(lt.Handle).value_or(lt.Rect);
+            }
         }
     }
 }
@@ -656,7 +660,7 @@ void Companion::OffToOn() {
     frmZ.cmdScore.Visible = true;
     if (Settings.TopMostScoreWindow == 2) {
         if (Cap.SubWindow[SlotScore].Handle)
-            desktop_.ShowWindow(Cap.SubWindow[SlotScore].Handle, platform::ShowCmd::Restore);
+            desktop_.windows.Restore(Cap.SubWindow[SlotScore].Handle);
         frmZ.cmdScore.Caption = "Hide Score";
     } else {
         frmZ.cmdScore.Caption = "Minimize";
@@ -709,7 +713,7 @@ void Companion::OnToOff() {
 
 void Companion::MoveWinGame() {
     if (GameWindow == 0) return;
-    desktop_.GetWindowRect(GameWindow, GameRect);
+    GameRect = desktop_.windows.WindowRect(GameWindow).value_or(GameRect);
     const int sw = ScreenSize.X, sh = ScreenSize.Y;
     if (!GamePlaced) {
         platform::Rect r = GameRect;
@@ -733,11 +737,8 @@ void Companion::MoveWinGame() {
                 MoveGame({0, r.Top, r.Width(), r.Bottom});
             }
         }
-        if (desktop_.Family() == platform::PlatformFamily::NT) {
-            platform::Rect client;
-            if (desktop_.GetClientRect(GameWindow, client))
-                FrameExtra = std::max(0, GameRect.Height() - client.Height() - 35);
-        }
+        if (const auto client = desktop_.windows.ClientRect(GameWindow))
+            FrameExtra = std::max(0, GameRect.Height() - client->Height() - 35);
         GamePlaced = true;
         Cap.SubWindow[0].Placed = true;
     }
@@ -752,19 +753,18 @@ void Companion::cmdScore_Click() {
     const platform::WindowHandle score = Cap.SubWindow[SlotScore].Handle;
     if (frmZ.cmdScore.Caption == "Show Score") {
         Settings.TopMostScoreWindow = 2;
-        if (score) desktop_.ShowWindow(score, platform::ShowCmd::Restore);
+        if (score) desktop_.windows.Restore(score);
         frmZ.cmdScore.Caption = "Hide Score";
     } else if (frmZ.cmdScore.Caption == "Hide Score") {
         Settings.TopMostScoreWindow = 0;
-        if (score) desktop_.ShowWindow(score, platform::ShowCmd::Minimize);
+        if (score) desktop_.windows.Minimize(score);
         frmZ.cmdScore.Caption = "Show Score";
     } else if (frmZ.cmdScore.Caption == "Minimize") {
         GameMinimised = 1;
-        if (GameWindow) desktop_.ShowWindow(GameWindow, platform::ShowCmd::Minimize);
+        if (GameWindow) desktop_.windows.Minimize(GameWindow);
         frmZ.Rect.Bottom = frmZ.Rect.Top;  // the main window is minimised too
         if (SiteIndex[1] > 0)
-            desktop_.ShowWindow(WindowList[static_cast<std::size_t>(SiteIndex[1] - 1)].Handle,
-                                platform::ShowCmd::Restore);
+            desktop_.windows.Restore(WindowList[static_cast<std::size_t>(SiteIndex[1] - 1)].Handle);
     }
 }
 
@@ -816,15 +816,15 @@ void Companion::BidStep(int autoMode) {
     int code = 0;
     const auto& hand = Cap.SubWindow[SlotHand];
     const auto& score = Cap.SubWindow[SlotScore];
-    if (hand.Handle == 0 || !desktop_.IsWindow(hand.Handle)) {
+    if (hand.Handle == 0 || !desktop_.windows.IsWindow(hand.Handle)) {
         code = 21;
-    } else if (score.Handle == 0 || !desktop_.IsWindow(score.Handle)) {
+    } else if (score.Handle == 0 || !desktop_.windows.IsWindow(score.Handle)) {
         code = 1;
     } else {
         frmZ.cmdTimer.Enabled = false;
         [&] {
             if (LastTrickMinimised == 0 && Cap.SubWindow[SlotTrick].Handle) {
-                desktop_.ShowWindow(Cap.SubWindow[SlotTrick].Handle, platform::ShowCmd::Minimize);
+                desktop_.windows.Minimize(Cap.SubWindow[SlotTrick].Handle);
                 LastTrickMinimised = 1;
             }
             if (Rating && Rating->MyRating.Caption.empty()) ReadShowRating(0);
@@ -915,8 +915,7 @@ void Companion::BidStep(int autoMode) {
                 int nils = 0;
                 for (const auto& b : Bids) nils += IsNilKind(b) ? 1 : 0;
                 if (nils >= 2) {
-                    if (desktop_.Family() == platform::PlatformFamily::Win9x) PlayAlertSound(Settings.AlertSound);
-                    else AlertBeep(2);
+                    AlertBeep(2);
                     if (Settings.JPN) {
                         frmZ.lblMsg.Caption = "２人が NIL をビッド";
                         frmZ.lblMsg.Visible = true;
@@ -1078,7 +1077,7 @@ void Companion::TrickStepCounting() {
     InTrickStep = true;
     [&] {
         const auto& lt = Cap.SubWindow[SlotTrick];
-        if (lt.Handle == 0 || !desktop_.IsWindow(lt.Handle)) {
+        if (lt.Handle == 0 || !desktop_.windows.IsWindow(lt.Handle)) {
             NotExistProcess(SlotTrick, 25);
             return;
         }
@@ -1111,7 +1110,7 @@ void Companion::TrickStepCounting() {
 
 bool Companion::TestMyTurn() {
     if (GameWindow == 0) return false;
-    if (desktop_.IsMinimized(GameWindow)) desktop_.ShowWindow(GameWindow, platform::ShowCmd::Restore);
+    if (platform::IsMinimized(desktop_.windows, GameWindow)) desktop_.windows.Restore(GameWindow);
     return readers_.TestMyTurn();
 }
 
@@ -1194,7 +1193,7 @@ void Companion::CaptureLastHand(int autoMode) {
             NotExistProcess(SlotHand, 21);
             break;
         case 22: {
-            const std::string title = desktop_.WindowText(Cap.SubWindow[SlotHand].Handle);
+            const std::string title = desktop_.windows.Title(Cap.SubWindow[SlotHand].Handle).value_or("");
             if (Settings.JPN) ShowError(title + " 読み取りのエラー.");
             else ShowError("Failed in reading \"" + title + "\".");
             Record.ScoreRowCount = 0;
@@ -1213,8 +1212,8 @@ int Companion::CaptureLastHandBody(int autoMode) {
     (void)autoMode;
     const auto& handWin = Cap.SubWindow[SlotHand];
     const auto& scoreWin = Cap.SubWindow[SlotScore];
-    if (handWin.Handle == 0 || !desktop_.IsWindow(handWin.Handle)) return 21;
-    if (scoreWin.Handle == 0 || !desktop_.IsWindow(scoreWin.Handle)) return 1;
+    if (handWin.Handle == 0 || !desktop_.windows.IsWindow(handWin.Handle)) return 21;
+    if (scoreWin.Handle == 0 || !desktop_.windows.IsWindow(scoreWin.Handle)) return 1;
 
     const int before = Record.ScoreRowCount;
     std::vector<ScoreLine> lines;
@@ -1356,7 +1355,7 @@ void Companion::FileDeal(const reading::HandRead& hand, int p) {
         LastNilHistory = scoring::WriteNilHistory(nd, {Scores.TeamScore[0], Scores.TeamScore[1]}, ctx, clock_);
     }
     if (Settings.MinimizeLastHand && Cap.SubWindow[SlotHand].Handle)
-        desktop_.ShowWindow(Cap.SubWindow[SlotHand].Handle, platform::ShowCmd::Minimize);
+        desktop_.windows.Minimize(Cap.SubWindow[SlotHand].Handle);
 
     ++FiledCount;
     if (OnDealFiled) {
@@ -1432,14 +1431,14 @@ void Companion::ShowBoard(int mode) {
 }
 
 void Companion::ClickAt(int x, int y) {
-    desktop_.SetCursorPos({x, y});
+    desktop_.input.SetCursorPos({x, y});
     clock_.Wait(0);
-    desktop_.LeftClick();
+    desktop_.input.LeftClick();
     clock_.Wait(0);
 }
 
 void Companion::ClickBidButton(int index, bool reread) {
-    if (GameWindow && desktop_.IsMinimized(GameWindow)) desktop_.ShowWindow(GameWindow, platform::ShowCmd::Restore);
+    if (GameWindow && platform::IsMinimized(desktop_.windows, GameWindow)) desktop_.windows.Restore(GameWindow);
     const int s = reread ? GetBoardStat() : frmBoard.BoardStat;
     if (s == BoardOrdinary) {
         if (!((index >= 1 && index <= 10) || index == 14)) return;
@@ -1452,9 +1451,9 @@ void Companion::ClickBidButton(int index, bool reread) {
     if (p.X == 0 && p.Y == 0) return;
     if (index == 16) p = {p.X + 15, p.Y + 5};
     if (index == 15) p = {p.X + 5, p.Y + 5};
-    const platform::Point saved = desktop_.GetCursorPos();
+    const std::optional<platform::Point> saved = desktop_.input.CursorPos();
     ClickAt(p.X + 2, p.Y + 2);
-    desktop_.SetCursorPos(saved);
+    if (saved) desktop_.input.SetCursorPos(*saved);
 }
 
 void Companion::DoClickEver(int index) {
@@ -1511,42 +1510,6 @@ void Companion::HideMe() {
     TimerInterval = LoopInterval;
     BidState = -4;
     if (frmHelpBid.Window.Visible) frmHelpBid.Window.Visible = false;
-}
-
-// ---------------------------------------------------------------------------
-// Timer on a virtual clock
-// ---------------------------------------------------------------------------
-
-VirtualTimer::VirtualTimer(platform::VirtualClock& clock, Companion& companion) : clock_(clock), companion_(companion) {}
-
-VirtualTimer::~VirtualTimer() { Stop(); }
-
-void VirtualTimer::Start() {
-    running_ = true;
-    job_ = clock_.Schedule(clock_.TickCount() + static_cast<std::uint32_t>(companion_.TimerInterval), [this] { Fire(); });
-}
-
-void VirtualTimer::Stop() {
-    if (job_) clock_.Cancel(job_);
-    job_ = 0;
-    running_ = false;
-}
-
-void VirtualTimer::Fire() {
-    job_ = 0;
-    if (!running_) return;
-    // The next tick is scheduled before this one runs, as a system timer
-    // keeps firing while a handler waits; the busy flags turn it away.
-    job_ = clock_.Schedule(clock_.TickCount() + static_cast<std::uint32_t>(std::max(1, companion_.TimerInterval)),
-                           [this] { Fire(); });
-    // Like a toolkit timer, it does not deliver a tick into a handler that is
-    // still running (a wait inside it): nested ticks would overwrite the one
-    // pixel buffer under a reader that is waiting for its copy.
-    if (inTick_) return;
-    inTick_ = true;
-    if (companion_.TimerEnabled && !companion_.Ended) companion_.Timer1_Timer();
-    inTick_ = false;
-    if (companion_.Ended) Stop();
 }
 
 }  // namespace tracking

@@ -101,7 +101,7 @@ struct FiledDeal {
 
 class Companion {
 public:
-    Companion(platform::Desktop& desktop, platform::Clock& clock, core::Folders folders, GameReaders& readers);
+    Companion(const platform::Desktop& desktop, platform::Clock& clock, core::Folders folders, GameReaders& readers);
     ~Companion();
     Companion(const Companion&) = delete;
     Companion& operator=(const Companion&) = delete;
@@ -283,29 +283,12 @@ private:
     void AfterTrick(int t, std::uint32_t delayAt11, std::uint32_t delayAt12);
     void Log(const std::string& line);
 
-    platform::Desktop& desktop_;
+    platform::Desktop desktop_;
     platform::Clock& clock_;
     core::Folders folders_;
     GameReaders& readers_;
     std::string scoreCaptionBeforeMinimise_;
     platform::WindowHandle lastTableWindow_ = 0;
-};
-
-// Runs Timer1 on a virtual clock: a tick every TimerInterval while enabled.
-class VirtualTimer {
-public:
-    VirtualTimer(platform::VirtualClock& clock, Companion& companion);
-    ~VirtualTimer();
-    void Start();
-    void Stop();
-
-private:
-    void Fire();
-    platform::VirtualClock& clock_;
-    Companion& companion_;
-    int job_ = 0;
-    bool running_ = false;
-    bool inTick_ = false;
 };
 
 }  // namespace tracking

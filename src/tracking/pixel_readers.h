@@ -16,7 +16,7 @@ namespace tracking {
 
 class PixelReaders final : public GameReaders {
 public:
-    PixelReaders(reading::Capture& cap, const reading::WinTitles& titles);
+    PixelReaders(reading::Capture& cap, const reading::WinTitles& titles, platform::Sound& sound);
 
     void SetGameWindow(platform::WindowHandle h, int gameLanguage) override;
     void ReadTableInfo(TableInfo& info) override;

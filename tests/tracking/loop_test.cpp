@@ -6,8 +6,8 @@
 #include <filesystem>
 
 #include "core/text.h"
-#include "platform/clock.h"
-#include "platform/sim_desktop.h"
+#include "platform/sim/virtual_clock.h"
+#include "platform/sim/sim_desktop.h"
 #include "tracking/companion.h"
 
 namespace {
@@ -86,7 +86,7 @@ protected:
     // Start-up with these settings, no game window yet.
     void Load(const std::vector<std::string>& settings) {
         core::WriteTextFile(core::JoinPath(home, core::kSettingsFile), settings, 1252);
-        app = std::make_unique<Companion>(desk, clock, core::Folders{home, "Work"}, fake);
+        app = std::make_unique<Companion>(desk.Roles(), clock, core::Folders{home, "Work"}, fake);
         app->CheckArchive = false;
         ASSERT_TRUE(app->Form_Load());
     }
@@ -144,11 +144,11 @@ TEST_F(LoopTest, BusyOrShrunkLoopTurnsTheTickAway) {
     app->Timer1_Timer();
     app->InBidStep = false;
     app->Form_Resize(20);
-    EXPECT_TRUE(desk.IsMinimized(table));
+    EXPECT_TRUE(platform::IsMinimized(desk, table));
     app->Timer1_Timer();
     EXPECT_EQ(app->TickCount, before);
     app->Form_Resize(400);
-    EXPECT_FALSE(desk.IsMinimized(table));
+    EXPECT_FALSE(platform::IsMinimized(desk, table));
     app->Timer1_Timer();
     EXPECT_EQ(app->TickCount, before + 1);
 }
@@ -330,7 +330,7 @@ TEST_F(LoopTest, ScoreButtonCycles) {
     for (const std::string want : {"Hide Score", "Show Score", "Hide Score"}) {
         app->cmdScore_Click();
         EXPECT_EQ(app->frmZ.cmdScore.Caption, want);
-        EXPECT_EQ(desk.IsMinimized(score), want == "Show Score");
+        EXPECT_EQ(platform::IsMinimized(desk, score), want == "Show Score");
     }
     EXPECT_EQ(app->Settings.TopMostScoreWindow, 2);
 }
@@ -359,14 +359,12 @@ TEST_F(LoopTest, NarrowScreenReducesTheGameWindow) {
     Load({"Reduce SpadesWindow = 600"});
     table = desk.AddWindow("Game: Spades Table: Elm Host: bob", {20, 30, 660, 580});
     app->Timer1_Timer();
-    platform::Rect r;
-    desk.GetWindowRect(table, r);
-    EXPECT_EQ(r, (platform::Rect{-5, 25, 595, 575}));
+    EXPECT_EQ(desk.WindowRect(table), (platform::Rect{-5, 25, 595, 575}));
 }
 
 TEST_F(LoopTest, EndKeepsTheWindowPositionsForTheNextRun) {
     Boot({"CFG = places.txt"});
-    desk.MoveWindow(lastHand, {300, 420, 500, 620});
+    desk.Move(lastHand, {300, 420, 500, 620});
     app->FindSubWindow(-1);
     app->cmdEnd_Click();
     app->Timer1_Timer();
@@ -383,8 +381,9 @@ TEST_F(LoopTest, EndKeepsTheWindowPositionsForTheNextRun) {
 TEST_F(LoopTest, WindowListSkipsHiddenWindowsAndCollectsPopups) {
     Boot({"TopmostPlayerInfo = yes"});
     const auto hidden = desk.AddWindow("Game: Spades Table: Pine Host: zed", {0, 0, 100, 100},
-                                       platform::kStyleCaptionOrBorder);
-    const auto bare = desk.AddWindow("Player information", {0, 0, 100, 100}, platform::kStyleVisible);
+                                       platform::WindowInfo{.Decorated = true, .Visible = false});
+    const auto bare = desk.AddWindow("Player information", {0, 0, 100, 100},
+                                     platform::WindowInfo{.Decorated = false, .Visible = true});
     const auto info = desk.AddWindow("Player information", {0, 0, 100, 100});
     desk.AddWindow("Alerts", {0, 0, 100, 100});
     const auto lobby = desk.AddWindow("Yahoo! Spades", {10, 10, 1010, 810});
@@ -393,9 +392,19 @@ TEST_F(LoopTest, WindowListSkipsHiddenWindowsAndCollectsPopups) {
     EXPECT_EQ(app->GameWindow, table);
     ASSERT_EQ(app->PopupWindows.size(), 1u) << "\"Alerts\" is not \"Alert\"";
     EXPECT_EQ(app->PopupWindows[0], info);
-    platform::Rect r;
-    desk.GetWindowRect(lobby, r);
-    EXPECT_EQ(r, (platform::Rect{200, 100, 1000, 700}));
+    EXPECT_EQ(desk.WindowRect(lobby), (platform::Rect{200, 100, 1000, 700}));
+}
+
+// Our own windows repeat the table's title and player names; a window pass
+// must never take one of them for the game's.
+TEST_F(LoopTest, OwnWindowsAreNeverTakenForTheGame) {
+    Boot({"TopmostPlayerInfo = yes"});
+    const auto ours = desk.AddOwnWindow("Yahoo! Games: Game: Spades Table: Oak Host: alice", {0, 0, 300, 200});
+    desk.AddOwnWindow("Player information", {0, 0, 100, 100});
+    app->FindGameWindows();
+    EXPECT_EQ(app->GameWindow, table);
+    for (const auto& w : app->WindowList) EXPECT_NE(w.Handle, ours);
+    EXPECT_TRUE(app->PopupWindows.empty());
 }
 
 }  // namespace
