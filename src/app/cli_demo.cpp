@@ -1,14 +1,16 @@
 // tarvellos-cli demo: the companion follows a simulated game of about twelve
 // deals in virtual time and tells, deal by deal, what it read and filed.
-#include <unistd.h>
 
 #include <cstdio>
 #include <filesystem>
+#include <optional>
 #include <string>
 
 #include "app/cli_commands.h"
 #include "core/notation.h"
 #include "core/text.h"
+#include "platform/console.h"
+#include "platform/system_info.h"
 #include "sim/scenario.h"
 #include "replay/session.h"
 
@@ -45,9 +47,9 @@ int DemoUsage(const char* why = nullptr) {
 }
 
 std::string DefaultHome() {
-    std::error_code ec;
-    const std::filesystem::path exe = std::filesystem::read_symlink("/proc/self/exe", ec);
-    if (!ec) return (exe.parent_path() / "demo-home").string();
+    platform::HostSystemInfo host;
+    if (const std::optional<std::string> exe = host.ExecutableFolder())
+        return core::PathToUtf8(core::PathFromUtf8(*exe) / "demo-home");
     return (std::filesystem::temp_directory_path() / "tarvellos-demo-home").string();
 }
 
@@ -77,7 +79,7 @@ void PrintHumanDeal(int k, const tracking::FiledDeal& d, const std::string& work
 }  // namespace
 
 int RunDemo(const Args& args) {
-    bool human = isatty(STDOUT_FILENO) != 0;
+    bool human = platform::OutputIsTerminal();
     std::string home;
     long long seed = -1, deals = -1;
     for (std::size_t i = 0; i < args.size(); ++i) {
