@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "platform/clock.h"
-#include "platform/sim_desktop.h"
+#include "platform/sim/virtual_clock.h"
+#include "platform/sim/sim_desktop.h"
 #include "reading/cards.h"
 #include "reading/glyphs.h"
 #include "reading/pixels.h"
@@ -28,9 +28,9 @@ struct Rig {
     }
     platform::SimDesktop desk{1280, 1024};
     platform::VirtualClock clock;
-    reading::Capture cap{desk, clock};
+    reading::Capture cap{desk, desk, clock};
     reading::GlyphTable glyphs;
-    reading::CardReader cards{cap, glyphs};
+    reading::CardReader cards{cap, glyphs, desk};
     reading::ScoreReader score{cap, glyphs};
 };
 

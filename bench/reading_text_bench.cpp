@@ -3,7 +3,7 @@
 #include <benchmark/benchmark.h>
 
 #include "platform/clock.h"
-#include "platform/sim_desktop.h"
+#include "platform/sim/sim_desktop.h"
 #include "reading/table_reader.h"
 #include "sim/glyph_draw.h"
 #include "sim/render_table.h"

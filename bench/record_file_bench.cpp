@@ -10,7 +10,7 @@
 #include "core/text.h"
 #include "display/deal_record.h"
 #include "display/err_msg.h"
-#include "platform/clock.h"
+#include "platform/sim/virtual_clock.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 
 #include "core/notation.h"
 #include "core/text.h"
-#include "platform/clock.h"
+#include "platform/sim/virtual_clock.h"
 #include "scoring/counter.h"
 #include "scoring/help_bid.h"
 #include "scoring/nil_history.h"

@@ -8,8 +8,8 @@
 #include <map>
 #include <string>
 
-#include "platform/clock.h"
-#include "platform/sim_desktop.h"
+#include "platform/sim/virtual_clock.h"
+#include "platform/sim/sim_desktop.h"
 #include "reading/cards.h"
 #include "reading/glyphs.h"
 #include "reading/pixels.h"
@@ -85,13 +85,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     platform::SimDesktop desk(1280, 1024);
     platform::VirtualClock clock;
-    reading::Capture cap(desk, clock);
+    reading::Capture cap(desk, desk, clock);
     static reading::GlyphTable glyphs;  // built once: the table text parse is the slow part
     glyphs.ReadingFont = 1;
     glyphs.DigitsOn = true;
     glyphs.SelectFont(1, lang, "Bid:", "Tricks:");
     cap.FontIndex = 1;
-    reading::CardReader reader(cap, glyphs);
+    reading::CardReader reader(cap, glyphs, desk);
     reader.GameLanguage = lang;
 
     const platform::Image img = Scene(in, kind, glyphs);

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "core/text.h"
-#include "platform/clock.h"
-#include "platform/sim_desktop.h"
+#include "platform/sim/virtual_clock.h"
+#include "platform/sim/sim_desktop.h"
 #include "core/text.h"
 #include "players/ratings.h"
 

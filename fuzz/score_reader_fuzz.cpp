@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "platform/clock.h"
-#include "platform/sim_desktop.h"
+#include "platform/sim/virtual_clock.h"
+#include "platform/sim/sim_desktop.h"
 #include "reading/glyphs.h"
 #include "reading/pixels.h"
 #include "reading/score_reader.h"
@@ -41,7 +41,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     platform::SimDesktop desk(1280, 1024);
     platform::VirtualClock clock;
-    reading::Capture cap(desk, clock);
+    reading::Capture cap(desk, desk, clock);
     cap.FontIndex = 1;
     const auto h = desk.AddWindow("Spades Score", {0, 0, img.Width + 8, img.Height + 27});
     desk.SetClientImage(h, img);

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/clock.h"
-#include "platform/sim_desktop.h"
+#include "platform/sim/virtual_clock.h"
+#include "platform/sim/sim_desktop.h"
 #include "reading/table_reader.h"
 #include "sim/render_table.h"
 
@@ -63,7 +63,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     // A screen just big enough keeps the desktop copies cheap.
     platform::SimDesktop desk(std::max(img.Width, 320), std::max(img.Height, 560));
     platform::VirtualClock clock;
-    reading::Capture cap(desk, clock);
+    reading::Capture cap(desk, desk, clock);
     reading::GlyphTable glyphs;
     reading::WinTitles titles;
     reading::TableReader reader(cap, glyphs, titles);

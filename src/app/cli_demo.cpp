@@ -1,18 +1,20 @@
 // tarvellos-cli demo: the companion follows a simulated game of about twelve
 // deals in virtual time and tells, deal by deal, what it read and filed.
-#include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "app/cli_commands.h"
 #include "core/notation.h"
 #include "core/text.h"
+#include "platform/console.h"
+#include "platform/system_info.h"
 #include "sim/scenario.h"
 #include "replay/json_lines.h"
 #include "replay/program_files.h"
@@ -82,7 +84,7 @@ int RunDemo(const Args& args) {
     DemoArgs a;
     const ArgsOutcome parsed = ParseDemoArgs(args, a);
     if (!parsed.GoOn()) return Finish(parsed);
-    const bool human = a.Human < 0 ? isatty(STDOUT_FILENO) != 0 : a.Human == 1;
+    const bool human = a.Human < 0 ? platform::OutputIsTerminal() : a.Human == 1;
 
     sim::Scenario scenario;
     std::string error;

@@ -3,12 +3,16 @@
 // window's client area and prints what it read as JSON.
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "app/cli_commands.h"
 #include "core/json.h"
-#include "platform/clock.h"
-#include "platform/desktop.h"
+#include "platform/screen_capture.h"
+#include "platform/sim/virtual_clock.h"
+#include "platform/sound.h"
+#include "platform/windowing.h"
 #include "reading/cards.h"
 #include "reading/glyphs.h"
 #include "reading/image_file.h"
@@ -24,33 +28,41 @@ namespace {
 // screen's origin. A stored image cannot be moved or resized: the readers'
 // window moves are accepted and change nothing, so a score table cut off at
 // the image's bottom stays cut off, as it would on a screen that cannot grow.
-class StoredImageDesktop final : public platform::Desktop {
+// Nobody listens to a console read: sounds are dropped.
+class StoredImageDesktop final : public platform::Windows, public platform::ScreenCapture, public platform::Sound {
 public:
     static constexpr platform::WindowHandle kWindow = 100;
 
     explicit StoredImageDesktop(const platform::Image& img) : img_(img) {}
 
-    platform::WindowHandle DesktopWindow() override { return 1; }
-    std::vector<platform::WindowHandle> TopLevelWindows() override { return {kWindow}; }
+    std::vector<platform::WindowHandle> TopLevel() override { return {kWindow}; }
     bool IsWindow(platform::WindowHandle h) override { return h == kWindow; }
-    std::string WindowText(platform::WindowHandle) override { return ""; }
-    std::uint32_t WindowStyle(platform::WindowHandle h) override {
-        return h == kWindow ? platform::kStyleVisible : 0;
+    bool IsOwnWindow(platform::WindowHandle) override { return false; }
+    std::optional<std::string> Title(platform::WindowHandle h) override {
+        if (h != kWindow) return std::nullopt;
+        return std::string();
     }
-    bool GetWindowRect(platform::WindowHandle h, platform::Rect& r) override { return Bounds(h, r); }
-    bool GetClientRect(platform::WindowHandle h, platform::Rect& r) override { return Bounds(h, r); }
-    bool ClientOrigin(platform::WindowHandle h, platform::Point& p) override {
-        p = {};
-        return h == kWindow;
+    std::optional<platform::WindowInfo> Info(platform::WindowHandle h) override {
+        if (h != kWindow) return std::nullopt;
+        return platform::WindowInfo{false, true, false};
     }
-    bool MoveWindow(platform::WindowHandle h, const platform::Rect&) override { return h == kWindow; }
-    void SetWindowPos(platform::WindowHandle, platform::ZOrder) override {}
-    void ShowWindow(platform::WindowHandle, platform::ShowCmd) override {}
-    bool IsMinimized(platform::WindowHandle) override { return false; }
+    std::optional<platform::Rect> WindowRect(platform::WindowHandle h) override { return Bounds(h); }
+    std::optional<platform::Rect> ClientRect(platform::WindowHandle h) override { return Bounds(h); }
+    std::optional<platform::Point> ClientOrigin(platform::WindowHandle h) override {
+        if (h != kWindow) return std::nullopt;
+        return platform::Point{};
+    }
     platform::Point ScreenSize() override { return {4096, 4096}; }
-    std::int32_t CopyRegion(platform::WindowHandle h, bool, const platform::Rect& region,
+    bool Move(platform::WindowHandle h, const platform::Rect&) override { return h == kWindow; }
+    void SetTopmost(platform::WindowHandle, bool) override {}
+    void Minimize(platform::WindowHandle) override {}
+    void Restore(platform::WindowHandle) override {}
+
+    std::int32_t CopyRegion(platform::WindowHandle h, platform::Area, const platform::Rect& region,
                             std::vector<std::uint16_t>& bits) override {
-        if (h != kWindow) return 0;
+        return h == kWindow ? CopyScreenRegion(region, bits) : 0;
+    }
+    std::int32_t CopyScreenRegion(const platform::Rect& region, std::vector<std::uint16_t>& bits) override {
         const std::int32_t w = region.Width(), hgt = region.Height();
         if (w <= 0 || hgt <= 0) return 0;
         const std::int32_t length = w + (w & 1);
@@ -65,21 +77,14 @@ public:
         }
         return hgt;
     }
-    platform::Point GetCursorPos() override { return {}; }
-    void SetCursorPos(platform::Point) override {}
-    void LeftClick() override {}
+
     void PlaySystemSound(const std::string&) override {}
     void Beep() override {}
-    platform::PlatformFamily Family() override { return platform::PlatformFamily::NT; }
-    bool PrevInstance() override { return false; }
-    int AnsiCodePage() override { return 1252; }
-    std::string ExecutableFolder() override { return "."; }
 
 private:
-    bool Bounds(platform::WindowHandle h, platform::Rect& r) const {
-        if (h != kWindow) return false;
-        r = {0, 0, img_.Width, img_.Height};
-        return true;
+    std::optional<platform::Rect> Bounds(platform::WindowHandle h) const {
+        if (h != kWindow) return std::nullopt;
+        return platform::Rect{0, 0, img_.Width, img_.Height};
     }
     const platform::Image& img_;
 };
@@ -87,7 +92,7 @@ private:
 // Everything a reader needs, set up as the tracking does when it takes up
 // a table: reading font 1 with the number reader on, virtual time.
 struct Readers {
-    Readers(const platform::Image& img, int lang) : desk(img), cap(desk, clock) {
+    Readers(const platform::Image& img, int lang) : desk(img), cap(desk, desk, clock) {
         cap.FontIndex = 1;
         for (int k = 1; k <= 3; ++k) cap.SubWindow[static_cast<std::size_t>(k)].Handle = StoredImageDesktop::kWindow;
         glyphs.ReadingFont = 1;
@@ -108,7 +113,7 @@ core::Json IntArray(const int* v, std::size_t n) {
 }
 
 core::Json ReadLastHand(Readers& r, int lang) {
-    reading::CardReader reader(r.cap, r.glyphs);
+    reading::CardReader reader(r.cap, r.glyphs, r.desk);
     reader.GameLanguage = lang;
     reading::HandRead hand;
     const int status = reader.CaptHand(hand);
@@ -132,7 +137,7 @@ core::Json ReadLastHand(Readers& r, int lang) {
 }
 
 core::Json ReadLastTrick(Readers& r) {
-    reading::CardReader reader(r.cap, r.glyphs);
+    reading::CardReader reader(r.cap, r.glyphs, r.desk);
     reading::TrickRead trick;
     reader.ReadLastTrick(trick, 1);
     core::Json out = core::Json::Object();

@@ -8,8 +8,8 @@
 
 #include "app/cli_commands.h"
 #include "core/json.h"
-#include "platform/clock.h"
-#include "platform/sim_desktop.h"
+#include "platform/sim/sim_desktop.h"
+#include "platform/sim/virtual_clock.h"
 #include "reading/glyphs.h"
 #include "reading/image_file.h"
 #include "reading/pixels.h"
@@ -93,7 +93,7 @@ int RunReadTable(const Args& args) {
         desktop.AddWindow(titles.Title(lang, reading::SlotTable), platform::Rect{0, 0, std::max(img.Width, 1), std::max(img.Height, 1)});
     if (img.Width > 0 && img.Height > 0) desktop.SetImage(game, img);
 
-    reading::Capture cap(desktop, clock);
+    reading::Capture cap(desktop, desktop, clock);
     cap.GameWindow = game;
     reading::GlyphTable glyphs;
     reading::TableReader reader(cap, glyphs, titles);

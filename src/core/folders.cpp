@@ -4,7 +4,7 @@
 #include <system_error>
 
 #include "core/text.h"
-#include "platform/desktop.h"
+#include "platform/system_info.h"
 
 namespace core {
 
@@ -48,9 +48,9 @@ std::string Folders::EnterWorkFolder(const std::string& name) const {
     return found.empty() ? JoinPath(work, name) : found;
 }
 
-Folders FoldersFor(const std::string& home, platform::Desktop& desktop) {
+Folders FoldersFor(const std::string& home, platform::SystemInfo& system) {
     Folders f;
-    f.ProgramFolder = home.empty() ? desktop.ExecutableFolder() : home;
+    f.ProgramFolder = home.empty() ? system.ExecutableFolder().value_or(".") : home;
     return f;
 }
 

@@ -7,7 +7,7 @@
 #include <string>
 
 namespace platform {
-class Desktop;
+class SystemInfo;
 }
 
 namespace core {
@@ -41,7 +41,8 @@ struct Folders {
 };
 
 // Folders for a run: `home` when given (the --home option), else the
-// executable's folder that the desktop reports.
-Folders FoldersFor(const std::string& home, platform::Desktop& desktop);
+// executable's folder that the system reports (the current folder when it
+// cannot tell).
+Folders FoldersFor(const std::string& home, platform::SystemInfo& system);
 
 }  // namespace core

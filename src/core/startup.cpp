@@ -7,7 +7,7 @@
 #include "core/player_files.h"
 #include "core/text.h"
 #include "platform/clock.h"
-#include "platform/desktop.h"
+#include "platform/system_info.h"
 
 namespace core {
 
@@ -69,7 +69,7 @@ bool chkZIP(StartupContext& ctx, const std::string& programFolder, bool testFlag
 }
 
 bool chkPrevInstance(StartupContext& ctx) {
-    if (!ctx.Desktop.PrevInstance()) return true;
+    if (!ctx.System.PrevInstance()) return true;
     StartupScreen& s = ctx.Screen;
     if (ctx.Japanese) s.Print(std::string("  ") + kExeName + " を２重に起動しようとしています。");
     else s.Print(std::string("  You are going to start ") + kExeName + " again.");
@@ -83,7 +83,7 @@ bool TestOSjp(int codePage) {
            ByteRoundTrip(codePage, 225) != 225;
 }
 
-bool TestOSjp(platform::Desktop& desktop) { return TestOSjp(desktop.AnsiCodePage()); }
+bool TestOSjp(platform::SystemInfo& system) { return TestOSjp(system.AnsiCodePage()); }
 
 void AbsentINIfile(StartupScreen& s, const std::string& programFolder) {
     s.Print("  Initialization file ");
@@ -147,7 +147,7 @@ void FatalStop(StartupContext& ctx) {
 StartupOutcome RunStartupChecks(StartupContext& ctx, const Folders& folders, bool checkArchive) {
     StartupOutcome out;
     if (checkArchive && !chkZIP(ctx, folders.ProgramFolder)) return out;
-    const int codePage = ctx.Desktop.AnsiCodePage();
+    const int codePage = ctx.System.AnsiCodePage();
     out.Settings = LoadSettings(folders, codePage, false);
     Settings& s = out.Settings.Values;
     const bool systemJapanese = TestOSjp(codePage);

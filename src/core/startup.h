@@ -15,7 +15,7 @@
 
 namespace platform {
 class Clock;
-class Desktop;
+class SystemInfo;
 }  // namespace platform
 
 namespace core {
@@ -62,8 +62,8 @@ struct StartupScreen {
 // What the checks need: the platform, the window model and the interface
 // language in force.
 struct StartupContext {
-    StartupContext(platform::Desktop& d, platform::Clock& c, StartupScreen& s) : Desktop(d), Clock(c), Screen(s) {}
-    platform::Desktop& Desktop;
+    StartupContext(platform::SystemInfo& sys, platform::Clock& c, StartupScreen& s) : System(sys), Clock(c), Screen(s) {}
+    platform::SystemInfo& System;
     platform::Clock& Clock;
     StartupScreen& Screen;
     bool Japanese = false;       // the Japanese interface is on
@@ -88,7 +88,7 @@ bool chkPrevInstance(StartupContext& ctx);
 // Whether the ANSI code page is Japanese, by the single-byte round trip of
 // 129, 193 and 225.
 bool TestOSjp(int codePage);
-bool TestOSjp(platform::Desktop& desktop);
+bool TestOSjp(platform::SystemInfo& system);
 
 // The notice that no settings file was found.
 void AbsentINIfile(StartupScreen& screen, const std::string& programFolder);

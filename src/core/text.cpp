@@ -7,17 +7,11 @@
 #include <filesystem>
 #include <fstream>
 #include <limits>
+#include <optional>
 #include <system_error>
 
-#ifdef _WIN32
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
-#include <windows.h>
-#else
-#include <cerrno>
-#include <iconv.h>
-#endif
+#include "platform/code_page.h"
+#include "platform/durable_file.h"
 
 namespace core {
 
@@ -177,122 +171,21 @@ std::string Utf8Sanitised(std::string_view s) {
 
 // --- other code pages through the system ------------------------------------
 
-#ifdef _WIN32
-
-bool SystemSupports(int codePage) {
-    CPINFO info;
-    return GetCPInfo(static_cast<UINT>(codePage), &info) != 0;
-}
-
-std::wstring Widen(UINT cp, std::string_view s) {
-    if (s.empty()) return {};
-    const int n = MultiByteToWideChar(cp, 0, s.data(), static_cast<int>(s.size()), nullptr, 0);
-    std::wstring w(static_cast<std::size_t>(std::max(n, 0)), L'\0');
-    if (n > 0) MultiByteToWideChar(cp, 0, s.data(), static_cast<int>(s.size()), w.data(), n);
-    return w;
-}
-
-std::string Narrow(UINT cp, const std::wstring& w, bool defaultChar) {
-    if (w.empty()) return {};
-    const char* def = defaultChar ? "?" : nullptr;
-    const int n = WideCharToMultiByte(cp, 0, w.data(), static_cast<int>(w.size()), nullptr, 0, def, nullptr);
-    std::string out(static_cast<std::size_t>(std::max(n, 0)), '\0');
-    if (n > 0) WideCharToMultiByte(cp, 0, w.data(), static_cast<int>(w.size()), out.data(), n, def, nullptr);
-    return out;
-}
-
 std::string SystemToUtf8(std::string_view bytes, int codePage) {
-    return Narrow(CP_UTF8, Widen(static_cast<UINT>(codePage), bytes), false);
+    std::optional<std::string> text = platform::SystemDecode(bytes, codePage);
+    return text ? std::move(*text) : Utf8Sanitised(bytes);
 }
 
 std::string SystemFromUtf8(std::string_view text, int codePage) {
-    return Narrow(static_cast<UINT>(codePage), Widen(CP_UTF8, Utf8Sanitised(text)), true);
+    std::string clean = Utf8Sanitised(text);
+    std::optional<std::string> bytes = platform::SystemEncode(clean, codePage);
+    return bytes ? std::move(*bytes) : clean;
 }
 
 void SystemLinesToUtf8(std::vector<std::string>& lines, int codePage) {
-    for (auto& l : lines) l = SystemToUtf8(l, codePage);
+    if (platform::SystemDecodeAll(lines, codePage)) return;
+    for (auto& l : lines) l = Utf8Sanitised(l);
 }
-
-#else
-
-std::string IconvName(int codePage) {
-    if (codePage == kCodePageJapanese) return "CP932";
-    return "CP" + std::to_string(codePage);
-}
-
-// One iconv conversion; every input that cannot be converted becomes "?"
-// and the conversion goes on after it.
-class Iconv {
-public:
-    Iconv(const std::string& to, const std::string& from) : cd_(iconv_open(to.c_str(), from.c_str())) {}
-    ~Iconv() {
-        if (ok()) iconv_close(cd_);
-    }
-    Iconv(const Iconv&) = delete;
-    Iconv& operator=(const Iconv&) = delete;
-    bool ok() const { return cd_ != reinterpret_cast<iconv_t>(-1); }
-
-    // `step` tells how many input bytes to skip at an unconvertible spot.
-    template <typename Step>
-    std::string Convert(std::string_view in, Step step) {
-        std::string out;
-        if (!ok()) return out;
-        iconv(cd_, nullptr, nullptr, nullptr, nullptr);
-        std::size_t pos = 0;
-        char buf[4096];
-        while (pos < in.size()) {
-            char* src = const_cast<char*>(in.data() + pos);
-            std::size_t srcLeft = in.size() - pos;
-            char* dst = buf;
-            std::size_t dstLeft = sizeof buf;
-            const std::size_t r = iconv(cd_, &src, &srcLeft, &dst, &dstLeft);
-            const int err = errno;
-            out.append(buf, static_cast<std::size_t>(dst - buf));
-            pos = in.size() - srcLeft;
-            if (r != static_cast<std::size_t>(-1)) continue;
-            if (err == E2BIG) continue;
-            // EILSEQ or EINVAL (an incomplete sequence at the end).
-            out += '?';
-            pos += std::max<std::size_t>(1, step(in, pos));
-            iconv(cd_, nullptr, nullptr, nullptr, nullptr);
-        }
-        // Flush any shift state.
-        char* dst = buf;
-        std::size_t dstLeft = sizeof buf;
-        iconv(cd_, nullptr, nullptr, &dst, &dstLeft);
-        out.append(buf, static_cast<std::size_t>(dst - buf));
-        return out;
-    }
-
-private:
-    iconv_t cd_;
-};
-
-bool SystemSupports(int codePage) {
-    Iconv a("UTF-8", IconvName(codePage)), b(IconvName(codePage), "UTF-8");
-    return a.ok() && b.ok();
-}
-
-std::string SystemToUtf8(std::string_view bytes, int codePage) {
-    Iconv cv("UTF-8", IconvName(codePage));
-    if (!cv.ok()) return Utf8Sanitised(bytes);
-    return cv.Convert(bytes, [](std::string_view, std::size_t) { return std::size_t{1}; });
-}
-
-void SystemLinesToUtf8(std::vector<std::string>& lines, int codePage) {
-    Iconv cv("UTF-8", IconvName(codePage));
-    for (auto& l : lines)
-        l = cv.ok() ? cv.Convert(l, [](std::string_view, std::size_t) { return std::size_t{1}; }) : Utf8Sanitised(l);
-}
-
-std::string SystemFromUtf8(std::string_view text, int codePage) {
-    const std::string clean = Utf8Sanitised(text);
-    Iconv cv(IconvName(codePage), "UTF-8");
-    if (!cv.ok()) return clean;
-    return cv.Convert(clean, [](std::string_view s, std::size_t i) { return i < s.size() ? CharLen(s, i) : 1; });
-}
-
-#endif
 
 }  // namespace
 
@@ -458,8 +351,7 @@ std::string Unquote(std::string_view s) {
 
 bool IsCodePageSupported(int codePage) {
     if (codePage == kCodePageWestern || codePage == kCodePageUtf8) return true;
-    if (codePage <= 0) return false;
-    return SystemSupports(codePage);
+    return platform::SystemKnowsCodePage(codePage);
 }
 
 std::string ToUtf8(std::string_view bytes, int codePage) {
@@ -573,39 +465,8 @@ SaveResult WriteTextFile(const std::string& path, const std::vector<std::string>
 }
 
 SaveResult WriteFileBytes(const std::string& path, const std::string& bytes) {
-    namespace fs = std::filesystem;
-    const fs::path target = PathFromUtf8(path);
-    fs::path temp = target;
-    temp += ".tmp~";
-    {
-        errno = 0;
-        std::ofstream out(temp, std::ios::binary | std::ios::trunc);
-        if (!out) return SaveResult::Failed(path, ErrnoText("cannot create a temporary file"));
-        out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-        out.flush();
-        if (out) out.close();
-        if (!out) {
-            const std::string why = ErrnoText("cannot write");
-            std::error_code ec;
-            fs::remove(temp, ec);
-            return SaveResult::Failed(path, why);
-        }
-    }
-    std::error_code ec;
-    fs::rename(temp, target, ec);
-#ifdef _WIN32
-    if (ec) {
-        // Some runtimes refuse to rename over an existing file.
-        ec.clear();
-        if (MoveFileExW(temp.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING)) return SaveResult::Ok(path);
-        ec = std::error_code(static_cast<int>(GetLastError()), std::system_category());
-    }
-#endif
-    if (ec) {
-        std::error_code ignore;
-        fs::remove(temp, ignore);
-        return SaveResult::Failed(path, "cannot replace the file: " + ec.message());
-    }
+    const std::error_code ec = platform::ReplaceFileDurably(PathFromUtf8(path), bytes);
+    if (ec) return SaveResult::Failed(path, "cannot replace the file: " + ec.message());
     return SaveResult::Ok(path);
 }
 

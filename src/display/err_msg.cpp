@@ -3,7 +3,7 @@
 #include <array>
 #include <cstdint>
 
-#include "platform/desktop.h"
+#include "platform/sound.h"
 
 namespace display {
 
@@ -310,7 +310,7 @@ bool HasJapanese(std::string_view text) {
     return false;
 }
 
-ErrMsgWindow::ErrMsgWindow(platform::Desktop* desktop) : desktop_(desktop) {}
+ErrMsgWindow::ErrMsgWindow(platform::Sound* sound) : sound_(sound) {}
 
 void ErrMsgWindow::SetJapaneseInterface(bool japanese, std::string japaneseFont) {
     japanese_ = japanese;
@@ -327,11 +327,7 @@ void ErrMsgWindow::Open() {
 
 void ErrMsgWindow::PlayAlertSound() {
     ++SoundCount;
-    if (!desktop_) return;
-    if (desktop_->Family() == platform::PlatformFamily::Win9x)
-        desktop_->Beep();
-    else
-        desktop_->PlaySystemSound("SystemExclamation");
+    if (sound_) sound_->PlaySystemSound("SystemExclamation");
 }
 
 void ErrMsgWindow::ShowErrorMsg(const std::string& text) {

@@ -8,7 +8,7 @@
 #include <string_view>
 
 namespace platform {
-class Desktop;
+class Sound;
 }
 
 namespace display {
@@ -64,8 +64,8 @@ bool HasJapanese(std::string_view text);
 // error-window flag that the main loop reads to hide it again.
 class ErrMsgWindow {
 public:
-    // `desktop` plays the alert sound; may be null (no sound, for tests).
-    explicit ErrMsgWindow(platform::Desktop* desktop = nullptr);
+    // `sound` plays the alert sound; may be null (no sound, for tests).
+    explicit ErrMsgWindow(platform::Sound* sound = nullptr);
 
     // Interface language and the Japanese interface font chosen at start-up.
     void SetJapaneseInterface(bool japanese, std::string japaneseFont = "ＭＳ Ｐゴシック");
@@ -99,7 +99,7 @@ private:
     void Open();
     void PlayAlertSound();
 
-    platform::Desktop* desktop_;
+    platform::Sound* sound_;
     bool japanese_ = false;
     std::string japaneseFont_ = "ＭＳ Ｐゴシック";
 };

@@ -8,8 +8,7 @@
 #include <vector>
 
 #include "core/save_result.h"
-
-#include "platform/desktop.h"
+#include "platform/geometry.h"
 
 namespace core {
 struct Folders;

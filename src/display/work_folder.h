@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/desktop.h"
+#include "platform/geometry.h"
 
 namespace display {
 

@@ -3,8 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
-#include <vector>
 
 namespace platform {
 
@@ -37,39 +35,6 @@ public:
     std::uint32_t TickCount() override;
     LocalTime Now() override;
     void Wait(std::uint32_t ms) override;
-};
-
-// Deterministic time. Wait() advances the clock and runs the scheduled
-// callbacks (simulator steps, timer ticks) that fall due within the wait,
-// in time order.
-class VirtualClock final : public Clock {
-public:
-    explicit VirtualClock(LocalTime start = {}, std::uint32_t startTick = 1000000);
-    std::uint32_t TickCount() override { return tick_; }
-    LocalTime Now() override;
-    void Wait(std::uint32_t ms) override;
-
-    // Advance time by ms without anything being "waited for" by the caller.
-    void Advance(std::uint32_t ms) { Wait(ms); }
-    // Calls fn at tick `at` (or at once on the next advance when already due).
-    // Returns an id for Cancel.
-    int Schedule(std::uint32_t at, std::function<void()> fn);
-    void Cancel(int id);
-    // Total virtual milliseconds waited so far.
-    std::uint64_t Elapsed() const { return elapsed_; }
-
-private:
-    struct Job {
-        std::uint32_t at;
-        int id;
-        std::function<void()> fn;
-    };
-    std::uint32_t tick_;
-    std::uint64_t elapsed_ = 0;
-    LocalTime start_;
-    std::vector<Job> jobs_;
-    int nextId_ = 1;
-    int depth_ = 0;
 };
 
 // Date arithmetic shared by the clocks.

@@ -126,8 +126,8 @@ void ReasonDialog::Close() {
     closed_ = true;
 }
 
-AlertChecker::AlertChecker(AlertList& list, platform::Desktop& desktop, platform::Clock& clock)
-    : list_(list), desktop_(desktop), clock_(clock) {
+AlertChecker::AlertChecker(AlertList& list, platform::Windows& windows, platform::Sound& sound, platform::Clock& clock)
+    : list_(list), windows_(windows), sound_(sound), clock_(clock) {
     SetCaptions();
 }
 
@@ -200,12 +200,7 @@ void AlertChecker::UnCheckPlayer(const std::string& name) {
     }
 }
 
-void AlertChecker::PlayAlertSound() {
-    if (desktop_.Family() == platform::PlatformFamily::Win9x)
-        desktop_.Beep();
-    else
-        desktop_.PlaySystemSound("SystemExclamation");
-}
+void AlertChecker::PlayAlertSound() { sound_.PlaySystemSound("SystemExclamation"); }
 
 void AlertChecker::CheckAlertPlayer(TableAccess& table) {
     if (InAlertCheck || list_.Size() <= 1 || table.BoardShown) return;
@@ -214,8 +209,8 @@ void AlertChecker::CheckAlertPlayer(TableAccess& table) {
 
     // The player list can only be read while the table window is on top.
     if (table.GameWindow != 0) {
-        desktop_.SetWindowPos(table.GameWindow, platform::ZOrder::Topmost);
-        desktop_.ShowWindow(table.GameWindow, platform::ShowCmd::Restore);
+        windows_.SetTopmost(table.GameWindow, true);
+        windows_.Restore(table.GameWindow);
     }
     TableNames none;
     TableNames& names = table.Names ? *table.Names : none;

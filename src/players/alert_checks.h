@@ -11,7 +11,8 @@
 #include <vector>
 
 #include "platform/clock.h"
-#include "platform/desktop.h"
+#include "platform/sound.h"
+#include "platform/windowing.h"
 #include "players/alert_list.h"
 
 namespace players {
@@ -151,7 +152,7 @@ struct AlertOptions {
 
 class AlertChecker {
 public:
-    AlertChecker(AlertList& list, platform::Desktop& desktop, platform::Clock& clock);
+    AlertChecker(AlertList& list, platform::Windows& windows, platform::Sound& sound, platform::Clock& clock);
 
     AlertOptions Options;
     AlertView View;
@@ -204,7 +205,8 @@ private:
     void Write();
 
     AlertList& list_;
-    platform::Desktop& desktop_;
+    platform::Windows& windows_;
+    platform::Sound& sound_;
     platform::Clock& clock_;
 };
 

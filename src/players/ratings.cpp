@@ -92,7 +92,7 @@ std::int32_t FindRenewedRating(const std::vector<std::string>& lines, const std:
     return 0;
 }
 
-Ratings::Ratings(platform::Desktop& desktop, platform::Clock& clock) : desktop_(desktop), clock_(clock) {}
+Ratings::Ratings(platform::Windows& windows, platform::Clock& clock) : windows_(windows), clock_(clock) {}
 
 void Ratings::ShowMyRating(std::string& text, std::int32_t& value) {
     value = core::ValInt(text);
@@ -149,8 +149,8 @@ void Ratings::GetRenewedRating(std::int32_t& value, const std::string& name, pla
                                const RatingLineReader& reader) {
     value = 0;
     if (gameWindow != 0) {
-        desktop_.SetWindowPos(gameWindow, platform::ZOrder::Topmost);
-        desktop_.ShowWindow(gameWindow, platform::ShowCmd::Restore);
+        windows_.SetTopmost(gameWindow, true);
+        windows_.Restore(gameWindow);
     }
     if (!reader) return;
     value = FindRenewedRating(reader(), name);

@@ -11,7 +11,7 @@
 
 #include "core/save_result.h"
 #include "platform/clock.h"
-#include "platform/desktop.h"
+#include "platform/windowing.h"
 #include "players/alert_checks.h"
 
 namespace players {
@@ -72,7 +72,7 @@ struct RatingContext {
 
 class Ratings {
 public:
-    Ratings(platform::Desktop& desktop, platform::Clock& clock);
+    Ratings(platform::Windows& windows, platform::Clock& clock);
 
     RatingOptions Options;
     RatingLabel MyRating;
@@ -103,7 +103,7 @@ public:
                           const RatingLineReader& reader);
 
 private:
-    platform::Desktop& desktop_;
+    platform::Windows& windows_;
     platform::Clock& clock_;
 };
 

@@ -134,9 +134,9 @@ std::string TrimUnknown(std::string_view text) {
     return std::string(s);
 }
 
-CardReader::CardReader(Capture& cap, const GlyphTable& glyphs) : cap_(cap), glyphs_(glyphs) {
+CardReader::CardReader(Capture& cap, const GlyphTable& glyphs, platform::Sound& sound) : cap_(cap), glyphs_(glyphs) {
     FontErrors = Font.LoadCardFont();
-    for (int i = 0; i < FontErrors; ++i) cap_.Desktop().Beep();
+    for (int i = 0; i < FontErrors; ++i) sound.Beep();
 }
 
 int CardReader::LinePitchNow() const {
@@ -146,16 +146,15 @@ int CardReader::LinePitchNow() const {
 
 int CardReader::CaptHand(HandRead& out) {
     out = HandRead{};
-    platform::Desktop& desk = cap_.Desktop();
+    platform::Windows& windows = cap_.Windows();
     const platform::WindowHandle h = cap_.SubWindow[kSubLastHand].Handle;
-    platform::Rect r;
     // The window is read at the screen's origin, where the game's wider
     // layouts fit.
-    if (h != 0 && desk.GetWindowRect(h, r) && std::abs(r.Left) + std::abs(r.Top) != 0)
-        desk.MoveWindow(h, {0, 0, r.Width(), r.Height()});
-    if (GameLanguage >= 5 && GameLanguage <= 9 && glyphs_.ReadingFont != 0 && h != 0 && desk.GetWindowRect(h, r) &&
-        r.Width() < 580)
-        desk.MoveWindow(h, {r.Left, r.Top, r.Left + 580, r.Bottom});
+    if (const auto r = h != 0 ? windows.WindowRect(h) : std::nullopt; r && std::abs(r->Left) + std::abs(r->Top) != 0)
+        windows.Move(h, {0, 0, r->Width(), r->Height()});
+    if (GameLanguage >= 5 && GameLanguage <= 9 && glyphs_.ReadingFont != 0 && h != 0)
+        if (const auto r = windows.WindowRect(h); r && r->Width() < 580)
+            windows.Move(h, {r->Left, r->Top, r->Left + 580, r->Bottom});
 
     std::int32_t grayRow = -1;
     for (int attempt = 0; attempt < 4 && grayRow < 0; ++attempt) {
@@ -165,7 +164,7 @@ int CardReader::CaptHand(HandRead& out) {
     }
     if (grayRow < 0) {
         if (cap_.Trace) cap_.Trace("CaptHand: no table in four captures");
-        if (MinimizeLastHand) desk.ShowWindow(h, platform::ShowCmd::Minimize);
+        if (MinimizeLastHand) windows.Minimize(h);
         return kHandUnreadable;
     }
 
@@ -199,7 +198,7 @@ int CardReader::CaptHand(HandRead& out) {
             }
         }
     }
-    if (MinimizeLastHand) desk.ShowWindow(h, platform::ShowCmd::Minimize);
+    if (MinimizeLastHand) windows.Minimize(h);
     return kReadOk;
 }
 

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/sound.h"
 #include "reading/glyphs.h"
 #include "reading/pixels.h"
 
@@ -83,8 +84,8 @@ struct TrickRead {
 
 class CardReader {
 public:
-    // Beeps (through the capture's desktop) for each malformed font entry.
-    CardReader(Capture& cap, const GlyphTable& glyphs);
+    // Beeps for each malformed font entry.
+    CardReader(Capture& cap, const GlyphTable& glyphs, platform::Sound& sound);
 
     // Reads the "Last Hand" window. Returns 0 (read, or nothing captured:
     // names empty) or 22 (no table found in four captures, or a card field

@@ -14,51 +14,63 @@ std::string FormatPoint(std::int32_t x, std::int32_t y) {
     return "(" + std::to_string(x) + "," + std::to_string(y) + ") ";
 }
 
-void Capture::CaptureRect(platform::WindowHandle h, BM& rec, const platform::Rect& region, bool client) {
-    rec.Lines = 0;
-    clock_.Wait(100);
-    platform::Rect src;
-    if (!(client ? desktop_.GetClientRect(h, src) : desktop_.GetWindowRect(h, src))) return;
+bool Capture::PrepareCopy(BM& rec, const platform::Rect& src, platform::Rect& r) {
     rec.Width = src.Width();
     rec.Height = src.Height();
-    if (static_cast<std::int64_t>(rec.Width) * rec.Height == 0) return;
-    platform::Rect r = region;
+    if (static_cast<std::int64_t>(rec.Width) * rec.Height == 0) return false;
     if (r.Right == 0) r.Right = rec.Width;
     if (r.Bottom == 0) r.Bottom = rec.Height;
-    if (r.Left > kLeftEdgeLimit) return;
+    if (r.Left > kLeftEdgeLimit) return false;
     const std::int32_t w = r.Right - r.Left, hgt = r.Bottom - r.Top;
     rec.Left = r.Left;
     rec.Top = r.Top;
     rec.Right = r.Right;
     rec.Bottom = r.Bottom;
     rec.Length = w + (w % 2);
-    if (w <= 0 || hgt <= 0) return;
+    if (w <= 0 || hgt <= 0) return false;
     // Every word of the rows is written by the copy; no need to clear first.
     BMBits.resize(static_cast<std::size_t>(rec.Length) * static_cast<std::size_t>(hgt));
     clock_.Wait(FontIndex != 0 ? 500 : 100);
-    std::int32_t lines = desktop_.CopyRegion(h, client, r, BMBits);
+    return true;
+}
+
+void Capture::CaptureRect(platform::WindowHandle h, BM& rec, const platform::Rect& region, platform::Area area) {
+    rec.Lines = 0;
+    clock_.Wait(100);
+    const std::optional<platform::Rect> src =
+        area == platform::Area::Client ? windows_.ClientRect(h) : windows_.WindowRect(h);
+    platform::Rect r = region;
+    if (!src || !PrepareCopy(rec, *src, r)) return;
+    const std::int32_t lines = screen_.CopyRegion(h, area, r, BMBits);
     rec.Lines = lines < 0 ? 0 : lines;
 }
 
 void Capture::CaptureScreenRect(const platform::Rect& region) {
-    CaptureRect(desktop_.DesktopWindow(), BMScreen, region, false);
+    BMScreen.Lines = 0;
+    clock_.Wait(100);
+    const platform::Point size = windows_.ScreenSize();
+    platform::Rect r = region;
+    if (!PrepareCopy(BMScreen, {0, 0, size.X, size.Y}, r)) return;
+    const std::int32_t lines = screen_.CopyScreenRegion(r, BMBits);
+    BMScreen.Lines = lines < 0 ? 0 : lines;
 }
 
-void Capture::CaptureGameRect(const platform::Rect& region) { CaptureRect(GameWindow, BMScreen, region, false); }
+void Capture::CaptureGameRect(const platform::Rect& region) { CaptureRect(GameWindow, BMScreen, region, platform::Area::Window); }
 
 std::int32_t Capture::CaptureSubWindow(int k) {
     if (k < 0 || k >= kSubWindowCount) return 0;
     SubWindowSlot& s = SubWindow[static_cast<std::size_t>(k)];
     auto once = [&]() {
-        desktop_.SetWindowPos(s.Handle, platform::ZOrder::Topmost);
-        if (desktop_.IsMinimized(s.Handle)) desktop_.ShowWindow(s.Handle, platform::ShowCmd::Restore);
-        if (desktop_.GetWindowRect(s.Handle, s.Rect)) {
+        windows_.SetTopmost(s.Handle, true);
+        if (platform::IsMinimized(windows_, s.Handle)) windows_.Restore(s.Handle);
+        if (const std::optional<platform::Rect> outer = windows_.WindowRect(s.Handle)) {
+            s.Rect = *outer;
             platform::Rect r = s.Rect;
             if (!s.Placed && std::abs(r.Left) + std::abs(r.Top) < 11 && !(s.Home.X == 0 && s.Home.Y == 0)) {
                 r = {s.Home.X, s.Home.Y, s.Home.X + r.Width(), s.Home.Y + r.Height()};
                 s.Placed = true;
             }
-            const platform::Point screen = desktop_.ScreenSize();
+            const platform::Point screen = windows_.ScreenSize();
             if (r.Left < 0) r = {0, r.Top, r.Width(), r.Bottom};
             if (r.Top < 0) r = {r.Left, 0, r.Right, r.Height()};
             if (r.Right > screen.X + 5) {
@@ -70,11 +82,11 @@ std::int32_t Capture::CaptureSubWindow(int k) {
                 r = {r.Left, r.Top - dy, r.Right, r.Bottom - dy};
             }
             if (!(r == s.Rect)) {
-                desktop_.MoveWindow(s.Handle, r);
+                windows_.Move(s.Handle, r);
                 s.Rect = r;
             }
         }
-        CaptureRect(s.Handle, BMSub, {}, true);
+        CaptureRect(s.Handle, BMSub, {}, platform::Area::Client);
     };
     once();
     if (BMSub.Lines == 0 && ReopenSubWindow) {

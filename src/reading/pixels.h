@@ -9,8 +9,9 @@
 #include <vector>
 
 #include "platform/clock.h"
-#include "platform/desktop.h"
 #include "platform/image.h"
+#include "platform/screen_capture.h"
+#include "platform/windowing.h"
 
 namespace reading {
 
@@ -69,9 +70,10 @@ constexpr int kSubWindowCount = 7;
 
 class Capture {
 public:
-    Capture(platform::Desktop& desktop, platform::Clock& clock) : desktop_(desktop), clock_(clock) {}
+    Capture(platform::Windows& windows, platform::ScreenCapture& screen, platform::Clock& clock)
+        : windows_(windows), screen_(screen), clock_(clock) {}
 
-    platform::Desktop& Desktop() { return desktop_; }
+    platform::Windows& Windows() { return windows_; }
     platform::Clock& Clock() { return clock_; }
 
     // --- state ----------------------------------------------------------------
@@ -88,7 +90,7 @@ public:
     std::function<void(const std::string&)> Trace;
 
     // --- capture ----------------------------------------------------------------
-    void CaptureRect(platform::WindowHandle h, BM& rec, const platform::Rect& region, bool client);
+    void CaptureRect(platform::WindowHandle h, BM& rec, const platform::Rect& region, platform::Area area);
     void CaptureScreenRect(const platform::Rect& region);
     void CaptureGameRect(const platform::Rect& region);
     std::int32_t CaptureSubWindow(int k);
@@ -128,7 +130,12 @@ private:
     void TraceOutside(const char* name, const std::string& label, std::int32_t y, const BM& rec, std::int32_t g,
                       bool withGray);
 
-    platform::Desktop& desktop_;
+    // Sizes the record and buffer for `region` of a source of size `src`;
+    // false when nothing is to be copied.
+    bool PrepareCopy(BM& rec, const platform::Rect& src, platform::Rect& region);
+
+    platform::Windows& windows_;
+    platform::ScreenCapture& screen_;
     platform::Clock& clock_;
 };
 

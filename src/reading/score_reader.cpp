@@ -39,7 +39,7 @@ int ScoreReader::CaptScore(ScoreLines& out) {
 bool ScoreReader::ReadOnce(ScoreLines& out) {
     out.Count = 0;
     const BM& bm = cap_.BMSub;
-    platform::Desktop& desk = cap_.Desktop();
+    platform::Windows& windows = cap_.Windows();
     const platform::WindowHandle h = cap_.SubWindow[kSubScore].Handle;
     const int f = glyphs_.ReadingFont;
     const int pitch = LinePitch[static_cast<std::size_t>(f >= 0 && f < 3 ? f : 1)];
@@ -53,8 +53,8 @@ bool ScoreReader::ReadOnce(ScoreLines& out) {
     while (y >= 1 && n <= kMaxScoreLines) {
         if (y + pitch > bm.Height) {
             // A line is hidden below the window's bottom: grow by one line.
-            platform::Rect r;
-            if (h != 0 && desk.GetWindowRect(h, r)) desk.MoveWindow(h, {0, r.Top, r.Width(), r.Bottom + pitch});
+            if (const auto r = h != 0 ? windows.WindowRect(h) : std::nullopt)
+                windows.Move(h, {0, r->Top, r->Width(), r->Bottom + pitch});
             out.Count = n - 1;
             return false;
         }
@@ -80,9 +80,8 @@ bool ScoreReader::ReadOnce(ScoreLines& out) {
         y += pitch;
     }
     out.Count = n - 1;
-    platform::Rect r;
-    if (out.Count == 0 && bm.Height > 140 && h != 0 && desk.GetWindowRect(h, r))
-        desk.MoveWindow(h, {r.Left, 0, r.Right, 140});
+    if (out.Count == 0 && bm.Height > 140 && h != 0)
+        if (const auto r = windows.WindowRect(h)) windows.Move(h, {r->Left, 0, r->Right, 140});
     return true;
 }
 

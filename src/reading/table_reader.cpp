@@ -27,7 +27,10 @@ void TableReader::DimLine(std::int32_t lo, std::int32_t hi) {
 }
 
 bool TableReader::GameRect(platform::Rect& r) {
-    if (cap_.GameWindow == 0 || !cap_.Desktop().GetWindowRect(cap_.GameWindow, r)) return false;
+    if (cap_.GameWindow == 0) return false;
+    const std::optional<platform::Rect> outer = cap_.Windows().WindowRect(cap_.GameWindow);
+    if (!outer) return false;
+    r = *outer;
     if (r.Left <= kLeftEdgeLimit) {
         SavedGameRect = r;
     } else if (SavedGameRect.Width() > 0) {
@@ -100,8 +103,8 @@ void TableReader::LocateBox() {
         NameListTop = 503;
         return;
     }
-    if (cap_.GameWindow != 0 && cap_.Desktop().IsMinimized(cap_.GameWindow))
-        cap_.Desktop().ShowWindow(cap_.GameWindow, platform::ShowCmd::Restore);
+    if (cap_.GameWindow != 0 && platform::IsMinimized(cap_.Windows(), cap_.GameWindow))
+        cap_.Windows().Restore(cap_.GameWindow);
     platform::Rect wr;
     const int w = GameRect(wr) ? wr.Width() : 0;
     BoxCacheEntry* c = CacheFor(w);
@@ -180,8 +183,8 @@ void TableReader::SetTableFlag(int slot) {
 
 void TableReader::ScanButtons() {
     if (cap_.GameWindow == 0) return;
-    cap_.Desktop().SetWindowPos(cap_.GameWindow, platform::ZOrder::Topmost);
-    cap_.Desktop().ShowWindow(cap_.GameWindow, platform::ShowCmd::Restore);
+    cap_.Windows().SetTopmost(cap_.GameWindow, true);
+    cap_.Windows().Restore(cap_.GameWindow);
     platform::Rect wr;
     if (!GameRect(wr)) return;
     const platform::Rect g = wr.Left <= kLeftEdgeLimit ? wr : SavedGameRect;
@@ -466,7 +469,7 @@ int TableReader::CaptureTricks(std::array<int, 4>& tricks) {
 
 bool TableReader::TestMyTurn() {
     if (BoxLeft == 0) LocateBox();
-    if (cap_.GameWindow != 0) cap_.Desktop().ShowWindow(cap_.GameWindow, platform::ShowCmd::Restore);
+    if (cap_.GameWindow != 0) cap_.Windows().Restore(cap_.GameWindow);
     if (!CaptureBox(0)) return false;
     for (std::int32_t ry = 112; ry < 120; ++ry) {
         bool all = true;

@@ -1,7 +1,7 @@
 // Everything read from the game's table window: the table box and its
 // per-width caches, the left button column, the player list, the bid and
 // tricks labels, the user's-turn marker and the bid panel. All state lives
-// here; captures go through the Capture and its desktop and clock.
+// here; captures go through the Capture and its windows, screen copies and clock.
 #pragma once
 
 #include <array>
@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/desktop.h"
+#include "platform/geometry.h"
 #include "reading/glyphs.h"
 #include "reading/pixels.h"
 #include "reading/win_titles.h"

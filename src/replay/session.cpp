@@ -21,8 +21,8 @@ Session::Session(const sim::Scenario& scenario, std::string programFolder)
       Clock(StartOf(scenario)),
       Desktop(scenario.screenWidth, scenario.screenHeight),
       Game(Desktop, Clock, Scenario, RenderedTable()),
-      Screen(Desktop, Clock),
-      App(Desktop, Clock, core::Folders{ProgramFolder, "Work"}, Screen, Events),
+      Screen(Desktop.Roles(), Clock),
+      App(Desktop.Roles(), Clock, core::Folders{ProgramFolder, "Work"}, Screen, Events),
       Timer(Clock, App) {
     Desktop.SetExecutableFolder(ProgramFolder);
     Desktop.SetAnsiCodePage(scenario.codepage);

@@ -9,13 +9,13 @@
 #include <vector>
 
 #include "core/json.h"
-#include "platform/clock.h"
-#include "platform/sim_desktop.h"
+#include "platform/sim/sim_desktop.h"
+#include "platform/sim/virtual_clock.h"
+#include "replay/virtual_timer.h"
 #include "sim/scenario.h"
 #include "sim/sim_game_desktop.h"
 #include "tracking/companion.h"
 #include "tracking/pixel_readers.h"
-#include "replay/virtual_timer.h"
 
 namespace replay {
 

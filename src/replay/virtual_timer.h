@@ -2,7 +2,7 @@
 // while the companion's timer is enabled.
 #pragma once
 
-#include "platform/clock.h"
+#include "platform/sim/virtual_clock.h"
 #include "tracking/companion.h"
 
 namespace replay {

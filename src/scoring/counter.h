@@ -10,7 +10,7 @@
 #include <string>
 
 #include "core/json.h"
-#include "platform/desktop.h"
+#include "platform/geometry.h"
 #include "scoring/rules.h"
 #include "scoring/view_model.h"
 

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "core/json.h"
-#include "platform/desktop.h"
+#include "platform/geometry.h"
 #include "scoring/counter.h"
 #include "scoring/rules.h"
 #include "scoring/view_model.h"

@@ -163,7 +163,7 @@ void SimGameDesktop::OpenSubWindow(int slot) {
     if (slot < 1 || slot > 3 || !table_) return;
     auto& h = sub_[static_cast<std::size_t>(slot)];
     if (h && desktop_.Find(h)) {
-        desktop_.ShowWindow(h, platform::ShowCmd::Restore);
+        desktop_.Restore(h);
         desktop_.BringToTop(h);
         return;
     }
@@ -236,8 +236,7 @@ void SimGameDesktop::Repaint(bool force) {
 
 void SimGameDesktop::PaintTable(bool force) {
     if (!table_ || !desktop_.Find(table_)) return;
-    platform::Rect client;
-    desktop_.GetClientRect(table_, client);
+    const platform::Rect client = desktop_.ClientRect(table_).value_or(platform::Rect{});
     const std::string key = std::to_string(game_->Version());
     platform::Point size{client.Width(), client.Height()};
     if (!force && key == paintedKey_[0] && size == paintedSize_[0]) return;
@@ -255,8 +254,7 @@ void SimGameDesktop::PaintSub(int slot, bool force) {
     if (!h) return;
     const auto i = static_cast<std::size_t>(slot);
     const TableState& s = game_->State();
-    platform::Rect client;
-    desktop_.GetClientRect(h, client);
+    const platform::Rect client = desktop_.ClientRect(h).value_or(platform::Rect{});
     platform::Point size{client.Width(), client.Height()};
     std::string key;
     if (slot == kLastTrick) {
@@ -291,9 +289,9 @@ void SimGameDesktop::OnClick(const platform::SimClick& click) {
         return;
     }
     if (click.Target != table_) return;
-    platform::Point origin;
-    if (!desktop_.ClientOrigin(table_, origin)) return;
-    const platform::Point at{click.At.X - origin.X, click.At.Y - origin.Y};
+    const std::optional<platform::Point> origin = desktop_.ClientOrigin(table_);
+    if (!origin) return;
+    const platform::Point at{click.At.X - origin->X, click.At.Y - origin->Y};
     const std::vector<TableButtonArea> buttons = picture_.Buttons;  // a bid repaints and replaces them
     for (const auto& b : buttons) {
         if (!Inside(b.Area, at)) continue;

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/clock.h"
-#include "platform/sim_desktop.h"
+#include "platform/sim/sim_desktop.h"
+#include "platform/sim/virtual_clock.h"
 #include "reading/glyphs.h"
 #include "reading/win_titles.h"
 #include "sim/scenario.h"

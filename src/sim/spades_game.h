@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/clock.h"
+#include "platform/sim/virtual_clock.h"
 #include "sim/rules.h"
 
 namespace sim {

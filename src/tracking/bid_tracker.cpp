@@ -39,7 +39,7 @@ BidResult BidTracker::Read() {
     DealState& d = e_.Deal;
     auto& z = e_.Models.frmZ;
     if (!d.LastTrickMinimised && w_.Sub(JobIndex(Job::LastTrick))) {
-        e_.Desktop.ShowWindow(w_.Sub(JobIndex(Job::LastTrick)), platform::ShowCmd::Minimize);
+        e_.Desktop.windows.Minimize(w_.Sub(JobIndex(Job::LastTrick)));
         d.LastTrickMinimised = true;
     }
     if (e_.Rating && e_.Rating->MyRating.Caption.empty()) e_.ReadShowRating(0, w_.Game());
@@ -121,8 +121,7 @@ BidResult BidTracker::Read() {
     int nils = 0;
     for (const auto& b : d.Bids) nils += IsNilKind(b) ? 1 : 0;
     if (nils >= 2) {
-        if (e_.Desktop.Family() == platform::PlatformFamily::Win9x) e_.PlayAlertSound(e_.Settings.AlertSound);
-        else e_.AlertBeep(2);
+        e_.AlertBeep(2);
         if (e_.Settings.JPN) {
             z.lblMsg.Caption = "２人が NIL をビッド";
             z.lblMsg.Visible = true;

@@ -1,5 +1,7 @@
 #include "tracking/bidding_board.h"
 
+#include <optional>
+
 namespace tracking {
 
 int BiddingBoard::GetBoardStat() {
@@ -57,12 +59,12 @@ void BiddingBoard::ClickBidButton(int index, bool reread) {
     if (p.X == 0 && p.Y == 0) return;
     if (index == 16) p = {p.X + 15, p.Y + 5};
     if (index == 15) p = {p.X + 5, p.Y + 5};
-    const platform::Point saved = e_.Desktop.GetCursorPos();
-    e_.Desktop.SetCursorPos({p.X + 2, p.Y + 2});
+    const std::optional<platform::Point> saved = e_.Desktop.input.CursorPos();
+    e_.Desktop.input.SetCursorPos({p.X + 2, p.Y + 2});
     e_.Clock.Wait(0);
-    e_.Desktop.LeftClick();
+    e_.Desktop.input.LeftClick();
     e_.Clock.Wait(0);
-    e_.Desktop.SetCursorPos(saved);
+    if (saved) e_.Desktop.input.SetCursorPos(*saved);
 }
 
 void BiddingBoard::DoClickEver(int index) {

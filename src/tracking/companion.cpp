@@ -8,11 +8,11 @@
 
 namespace tracking {
 
-Companion::Companion(platform::Desktop& desktop, platform::Clock& clock, core::Folders folders, ScreenReading& screen,
+Companion::Companion(const platform::Desktop& desktop, platform::Clock& clock, core::Folders folders, ScreenReading& screen,
                      CompanionEvents& events)
     : Companion(desktop, clock, std::move(folders), screen.Readers, &events, &screen.Cap, &screen.Titles) {}
 
-Companion::Companion(platform::Desktop& desktop, platform::Clock& clock, core::Folders folders, GameReaders& readers,
+Companion::Companion(const platform::Desktop& desktop, platform::Clock& clock, core::Folders folders, GameReaders& readers,
                      CompanionEvents* events)
     : Companion(desktop, clock, std::move(folders), readers, events, nullptr, nullptr) {}
 
@@ -45,7 +45,7 @@ void Companion::Wire() {
 
 bool Companion::Start() {
     // The main window stands at the right edge of the screen.
-    windows_.SetScreenSize(e_.Desktop.ScreenSize());
+    windows_.SetScreenSize(e_.Desktop.windows.ScreenSize());
     auto& z = e_.Models.frmZ;
     const int w = z.Rect.Width();
     z.Rect.Left = windows_.ScreenSize().X - w;
@@ -85,19 +85,19 @@ bool Companion::Start() {
 }
 
 bool Companion::LoadSettingsAndLists() {
-    core::StartupContext ctx{e_.Desktop, e_.Clock, screen_};
+    core::StartupContext ctx{e_.Desktop.system, e_.Clock, screen_};
     core::StartupOutcome out = core::RunStartupChecks(ctx, e_.Folders, checkArchive_);
     e_.Settings = out.Settings.Values;
     if (!out.Continue) return false;
     auto& z = e_.Models.frmZ;
     const auto& s = e_.Settings;
     if (s.link == "uk") z.LinkMenuCaption = "Yahoo! Spades UK";
-    const int cp = e_.Desktop.AnsiCodePage();
+    const int cp = e_.Desktop.system.AnsiCodePage();
 
     players::ReadDefaultAlertList(e_.AlertList);
     const std::string alertPath = e_.Folders.EnterProgramFolder(s.AlertFile);
     players::ReadAlertList(alertPath, e_.AlertList, cp);
-    e_.Alerts = std::make_unique<players::AlertChecker>(e_.AlertList, e_.Desktop, e_.Clock);
+    e_.Alerts = std::make_unique<players::AlertChecker>(e_.AlertList, e_.Desktop.windows, e_.Desktop.sound, e_.Clock);
     auto& ao = e_.Alerts->Options;
     ao.Japanese = s.JPN;
     ao.LogSet = !s.log.empty();
@@ -109,7 +109,7 @@ bool Companion::LoadSettingsAndLists() {
     e_.Seats.InitNESW(s.MyIds);
     e_.Seats.SetJapanese(s.JPN);
 
-    e_.Rating = std::make_unique<players::Ratings>(e_.Desktop, e_.Clock);
+    e_.Rating = std::make_unique<players::Ratings>(e_.Desktop.windows, e_.Clock);
     auto& ro = e_.Rating->Options;
     ro.Japanese = s.JPN;
     ro.LogSet = !s.log.empty();
@@ -199,7 +199,7 @@ void Companion::Tick() {
     if (e_.Slots.Armed(Job::LastTrick)) {
         if (e_.Models.frmBoard.Visible) board_.HideMe();
         if (!myTurnSeen_ && TestMyTurn()) {
-            e_.Desktop.SetWindowPos(windows_.Game(), platform::ZOrder::Topmost);
+            e_.Desktop.windows.SetTopmost(windows_.Game(), true);
             myTurnSeen_ = true;
         }
         // Tested twice; the step re-arms its own deadline, so the second
@@ -344,8 +344,8 @@ void Companion::WindowPass() {
         return;
     }
     if (e_.OffLine()) {
-        e_.Desktop.SetWindowPos(game, platform::ZOrder::Topmost);
-        e_.Desktop.ShowWindow(game, platform::ShowCmd::Restore);
+        e_.Desktop.windows.SetTopmost(game, true);
+        e_.Desktop.windows.Restore(game);
     }
     windows_.ApplyLeftEdgeRule();
     windows_.MoveWinGame();
@@ -375,7 +375,7 @@ void Companion::TogglePause() {
         button.TextFont.Bold = true;
         if (!e_.Settings.JPN) button.TextFont.Size = 12;
         e_.Slots.Freeze(pausedAt_);
-        e_.Desktop.SetWindowPos(windows_.Game(), platform::ZOrder::NotTopmost);
+        e_.Desktop.windows.SetTopmost(windows_.Game(), false);
         e_.Models.frmZ.Topmost = true;
     } else {
         button.Caption = e_.Settings.JPN ? "休止" : "Pause";
@@ -385,7 +385,7 @@ void Companion::TogglePause() {
         pausedAt_ = 0;
         e_.Deal.BidLocCount = 0;
         e_.Models.frmZ.Topmost = false;
-        e_.Desktop.SetWindowPos(windows_.Game(), platform::ZOrder::Topmost);
+        e_.Desktop.windows.SetTopmost(windows_.Game(), true);
     }
     e_.Changed();
 }

@@ -30,10 +30,10 @@ namespace tracking {
 class Companion {
 public:
     // The product: the readers read the pixels that `screen` captures.
-    Companion(platform::Desktop& desktop, platform::Clock& clock, core::Folders folders, ScreenReading& screen,
+    Companion(const platform::Desktop& desktop, platform::Clock& clock, core::Folders folders, ScreenReading& screen,
               CompanionEvents& events);
     // Readers that read no pixels (tests): no listener, unless one is given.
-    Companion(platform::Desktop& desktop, platform::Clock& clock, core::Folders folders, GameReaders& readers,
+    Companion(const platform::Desktop& desktop, platform::Clock& clock, core::Folders folders, GameReaders& readers,
               CompanionEvents* events = nullptr);
     Companion(const Companion&) = delete;
     Companion& operator=(const Companion&) = delete;

@@ -13,7 +13,8 @@
 #include "core/view_model.h"
 #include "display/err_msg.h"
 #include "display/file_box.h"
-#include "platform/desktop.h"
+#include "platform/geometry.h"
+#include "platform/sound.h"
 #include "scoring/counter.h"
 #include "scoring/help_bid.h"
 #include "tracking/readers.h"
@@ -84,7 +85,7 @@ enum class CompanionWindow {
 };
 
 struct CompanionModels {
-    explicit CompanionModels(platform::Desktop* desktop = nullptr) : frmErrMsg(desktop) {}
+    explicit CompanionModels(platform::Sound* sound = nullptr) : frmErrMsg(sound) {}
     MainWindow frmZ;
     Board frmBoard;
     scoring::Counters Counters;

@@ -56,7 +56,7 @@ void DealCapture::Report(CaptureResult r, bool automatic) {
             w_.NotExistProcess(JobIndex(Job::LastHand), Code(r));
             break;
         case CaptureResult::LastHandUnreadable: {
-            const std::string title = e_.Desktop.WindowText(w_.Sub(JobIndex(Job::LastHand)));
+            const std::string title = e_.Desktop.windows.Title(w_.Sub(JobIndex(Job::LastHand))).value_or("");
             if (e_.Settings.JPN) e_.ShowError(title + " 読み取りのエラー.");
             else e_.ShowError("Failed in reading \"" + title + "\".");
             e_.Record.ScoreRowCount = 0;

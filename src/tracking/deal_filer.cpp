@@ -94,7 +94,7 @@ void DealFiler::File(const reading::HandRead& hand, int p) {
                 "the Nil history could not be updated"));
     }
     if (e_.Settings.MinimizeLastHand && w_.Sub(JobIndex(Job::LastHand)))
-        e_.Desktop.ShowWindow(w_.Sub(JobIndex(Job::LastHand)), platform::ShowCmd::Minimize);
+        e_.Desktop.windows.Minimize(w_.Sub(JobIndex(Job::LastHand)));
 
     ++filed_;
     out.File = name;

@@ -4,9 +4,9 @@
 
 namespace tracking {
 
-Engine::Engine(platform::Desktop& desktop, platform::Clock& clock, core::Folders folders, GameReaders& readers,
+Engine::Engine(const platform::Desktop& desktop, platform::Clock& clock, core::Folders folders, GameReaders& readers,
                CompanionEvents& events, reading::Capture* cap, reading::WinTitles* titles)
-    : ownCap_(cap ? nullptr : std::make_unique<reading::Capture>(desktop, clock)),
+    : ownCap_(cap ? nullptr : std::make_unique<reading::Capture>(desktop.windows, desktop.capture, clock)),
       ownTitles_(titles ? nullptr : std::make_unique<reading::WinTitles>()),
       Desktop(desktop),
       Clock(clock),
@@ -15,12 +15,12 @@ Engine::Engine(platform::Desktop& desktop, platform::Clock& clock, core::Folders
       Events(events),
       Cap(cap ? *cap : *ownCap_),
       Titles(titles ? *titles : *ownTitles_),
-      Models(&desktop) {}
+      Models(&desktop.sound) {}
 
 void Engine::Log(const std::string& line) {
     Events.Trace(line);
     if (!Settings.log.empty())
-        core::AppendTextFile(Folders.EnterProgramFolder(Settings.log), {line}, Desktop.AnsiCodePage());
+        core::AppendTextFile(Folders.EnterProgramFolder(Settings.log), {line}, Desktop.system.AnsiCodePage());
 }
 
 void Engine::ShowError(const std::string& text) {
@@ -38,13 +38,12 @@ void Engine::PutMsg(int code) {
 }
 
 void Engine::PlayAlertSound(const std::string& alias) {
-    if (!alias.empty()) Desktop.PlaySystemSound(alias);
+    if (!alias.empty()) Desktop.sound.PlaySystemSound(alias);
 }
 
 void Engine::AlertBeep(int n) {
     for (int i = 0; i < n; ++i) {
-        if (Desktop.Family() == platform::PlatformFamily::Win9x) Desktop.Beep();
-        else Desktop.PlaySystemSound("SystemExclamation");
+        Desktop.sound.PlaySystemSound("SystemExclamation");
         Clock.Wait(1200);
     }
 }

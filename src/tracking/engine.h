@@ -50,7 +50,7 @@ struct DealState {
 struct Engine {
     // `cap` and `titles` are the ones the readers use; null when the readers
     // read no pixels (the engine then keeps its own).
-    Engine(platform::Desktop& desktop, platform::Clock& clock, core::Folders folders, GameReaders& readers,
+    Engine(const platform::Desktop& desktop, platform::Clock& clock, core::Folders folders, GameReaders& readers,
            CompanionEvents& events, reading::Capture* cap, reading::WinTitles* titles);
 
 private:
@@ -59,7 +59,7 @@ private:
 
 public:
 
-    platform::Desktop& Desktop;
+    platform::Desktop Desktop;
     platform::Clock& Clock;
     core::Folders Folders;
     GameReaders& Readers;

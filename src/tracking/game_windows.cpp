@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <optional>
 
 #include "core/text.h"
 #include "display/window_positions.h"
@@ -21,13 +22,13 @@ platform::WindowHandle GameWindows::Sub(int slot) const {
 
 bool GameWindows::SubWindowAlive(int slot) const {
     const platform::WindowHandle h = Sub(slot);
-    return h != 0 && e_.Desktop.IsWindow(h);
+    return h != 0 && e_.Desktop.windows.IsWindow(h);
 }
 
 void GameWindows::LoadPositions() {
     if (e_.Settings.CFG.empty()) return;
     const display::LoadedPositions lp = display::LoadWindowPositions(
-        e_.Folders.EnterProgramFolder(e_.Settings.CFG), screen_, e_.Models.frmZ.Rect, e_.Desktop.AnsiCodePage());
+        e_.Folders.EnterProgramFolder(e_.Settings.CFG), screen_, e_.Models.frmZ.Rect, e_.Desktop.system.AnsiCodePage());
     if (!lp.Found) return;
     e_.Models.frmZ.Rect = lp.Main;
     gameHome_ = lp.Pos[display::PosSpadesWindow];
@@ -50,8 +51,8 @@ void GameWindows::SavePositions() {
     if (e_.Settings.CFG.empty()) return;
     display::PosTable now{};
     auto at = [this](platform::WindowHandle h) {
-        platform::Rect r;
-        return h && e_.Desktop.GetWindowRect(h, r) ? platform::Point{r.Left, r.Top} : platform::Point{};
+        const std::optional<platform::Rect> r = h ? e_.Desktop.windows.WindowRect(h) : std::nullopt;
+        return r ? platform::Point{r->Left, r->Top} : platform::Point{};
     };
     const auto& c = e_.Models.Counters;
     now[display::PosSpadesWindow] = at(game_);
@@ -61,7 +62,7 @@ void GameWindows::SavePositions() {
     now[display::PosLeftCounter] = {c.frmCounter0.Window.Left, c.frmCounter0.Window.Top};
     now[display::PosRightCounter] = {c.frmCounter.Window.Left, c.frmCounter.Window.Top};
     display::SaveWindowPositions(e_.Folders.EnterProgramFolder(e_.Settings.CFG), screen_.X, e_.Models.frmZ.Rect, now,
-                                 e_.Desktop.AnsiCodePage());
+                                 e_.Desktop.system.AnsiCodePage());
 }
 
 void GameWindows::FindGameWindows() {
@@ -69,10 +70,12 @@ void GameWindows::FindGameWindows() {
     game_ = 0;
     siteIndex_ = {-1, -1, -1};
     popups_.clear();
-    for (platform::WindowHandle h : e_.Desktop.TopLevelWindows()) {
-        const std::uint32_t style = e_.Desktop.WindowStyle(h);
-        if ((style & platform::kStyleCaptionOrBorder) == 0 || (style & platform::kStyleVisible) == 0) continue;
-        std::string title = core::Trim(e_.Desktop.WindowText(h));
+    for (platform::WindowHandle h : e_.Desktop.windows.TopLevel()) {
+        const std::optional<platform::WindowInfo> info = e_.Desktop.windows.Info(h);
+        if (!info || !info->Decorated || !info->Visible) continue;
+        // Our own windows show the game's names and titles too.
+        if (e_.Desktop.windows.IsOwnWindow(h)) continue;
+        std::string title = core::Trim(e_.Desktop.windows.Title(h).value_or(""));
         if (!e_.OffLine() && e_.Settings.TopmostPlayerInfo && reading::IsPopupTitle(title) &&
             static_cast<int>(popups_.size()) < kMaxPopups)
             popups_.push_back(h);
@@ -98,17 +101,18 @@ void GameWindows::FindGameWindows() {
             }
             continue;
         }
-        platform::Rect r;
         switch (reading::SiteWindowKind(title)) {
             case reading::SiteWindow::Lobby:
                 siteIndex_[1] = index;
-                if (screen_.X > 1000 && e_.Desktop.GetWindowRect(h, r) && r.Width() > 800)
-                    e_.Desktop.MoveWindow(h, {200, 100, 1000, 700});
+                if (screen_.X > 1000)
+                    if (const auto r = e_.Desktop.windows.WindowRect(h); r && r->Width() > 800)
+                        e_.Desktop.windows.Move(h, {200, 100, 1000, 700});
                 break;
             case reading::SiteWindow::SitePage:
                 siteIndex_[2] = index;
-                if (screen_.X > 1000 && e_.Desktop.GetWindowRect(h, r) && r.Width() > 800)
-                    e_.Desktop.MoveWindow(h, {r.Left, r.Top, r.Left + 800, r.Top + 600});
+                if (screen_.X > 1000)
+                    if (const auto r = e_.Desktop.windows.WindowRect(h); r && r->Width() > 800)
+                        e_.Desktop.windows.Move(h, {r->Left, r->Top, r->Left + 800, r->Top + 600});
                 break;
             default:
                 break;
@@ -138,7 +142,7 @@ void GameWindows::FindSubWindow(int slot) {
 }
 
 void GameWindows::OpenSubWindows(int slot) {
-    const platform::Point saved = e_.Desktop.GetCursorPos();
+    const std::optional<platform::Point> saved = e_.Desktop.input.CursorPos();
     const int from = slot == 254 ? 1 : slot;
     const int to = slot == 254 ? 3 : slot;
     for (int k = from; k <= to; ++k) {
@@ -146,43 +150,42 @@ void GameWindows::OpenSubWindows(int slot) {
         const platform::Point p = e_.Table.ButtonXY[static_cast<std::size_t>(k)];
         if (p.X + p.Y == 0) continue;
         // A sub-window opened by the previous click may cover the buttons.
-        e_.Desktop.SetWindowPos(game_, platform::ZOrder::Topmost);
-        e_.Desktop.SetCursorPos({p.X - 10, p.Y + 4});
+        e_.Desktop.windows.SetTopmost(game_, true);
+        e_.Desktop.input.SetCursorPos({p.X - 10, p.Y + 4});
         e_.Clock.Wait(0);
-        e_.Desktop.LeftClick();
+        e_.Desktop.input.LeftClick();
         e_.Clock.Wait(0);
     }
-    e_.Desktop.SetCursorPos(saved);
+    if (saved) e_.Desktop.input.SetCursorPos(*saved);
 }
 
 void GameWindows::ApplyLeftEdgeRule() {
-    platform::Rect r;
-    if (!e_.Desktop.GetWindowRect(game_, r)) return;
-    if (r.Left < 0 && !(e_.Models.frmBoard.BoardMode & 1)) {
-        e_.Desktop.MoveWindow(game_, {0, r.Top, r.Width(), r.Bottom});
-        e_.Desktop.GetWindowRect(game_, r);
+    std::optional<platform::Rect> r = e_.Desktop.windows.WindowRect(game_);
+    if (!r) return;
+    if (r->Left < 0 && !(e_.Models.frmBoard.BoardMode & 1)) {
+        e_.Desktop.windows.Move(game_, {0, r->Top, r->Width(), r->Bottom});
+        r = e_.Desktop.windows.WindowRect(game_).value_or(*r);
     }
-    gameRect_ = r;
+    gameRect_ = *r;
 }
 
 void GameWindows::MoveGame(const platform::Rect& r) {
-    e_.Desktop.MoveWindow(game_, r);
-    e_.Desktop.GetWindowRect(game_, gameRect_);
+    e_.Desktop.windows.Move(game_, r);
+    gameRect_ = e_.Desktop.windows.WindowRect(game_).value_or(gameRect_);
 }
 
 void GameWindows::PlaceSubWindow(int slot) {
     const platform::WindowHandle h = slot == 0 ? game_ : Sub(slot);
-    if (h == 0 || !e_.Desktop.IsWindow(h)) return;
-    e_.Desktop.SetWindowPos(h, platform::ZOrder::Topmost);
-    e_.Desktop.ShowWindow(h, platform::ShowCmd::Restore);
-    platform::Rect r;
-    e_.Desktop.GetWindowRect(h, r);
+    if (h == 0 || !e_.Desktop.windows.IsWindow(h)) return;
+    e_.Desktop.windows.SetTopmost(h, true);
+    e_.Desktop.windows.Restore(h);
+    const platform::Rect r = e_.Desktop.windows.WindowRect(h).value_or(platform::Rect{});
     reading::SubWindowSlot& s = e_.Cap.SubWindow[static_cast<std::size_t>(slot)];
     s.Rect = r;
     if (!s.Placed && r.Left + r.Top < 1) {
         if (!(s.Home.X == 0 && s.Home.Y == 0))
-            e_.Desktop.MoveWindow(h, {s.Home.X, s.Home.Y, s.Home.X + r.Width(), s.Home.Y + r.Height()});
-        e_.Desktop.GetWindowRect(h, s.Rect);
+            e_.Desktop.windows.Move(h, {s.Home.X, s.Home.Y, s.Home.X + r.Width(), s.Home.Y + r.Height()});
+        s.Rect = e_.Desktop.windows.WindowRect(h).value_or(s.Rect);
         if (slot == 0) ApplyLeftEdgeRule();
         s.Placed = true;
     }
@@ -218,21 +221,23 @@ void GameWindows::GetSubWindows() {
             if (!SubWindowAlive(k)) FindSubWindow(k);
     }
     if (e_.Settings.MinimizeLastHand && Sub(kHand))
-        e_.Desktop.ShowWindow(Sub(kHand), platform::ShowCmd::Minimize);
+        e_.Desktop.windows.Minimize(Sub(kHand));
     reading::SubWindowSlot& lt = e_.Cap.SubWindow[kTrick];
-    if (lt.Handle && std::abs(lt.Rect.Left) + std::abs(lt.Rect.Top) < 10 &&
-        e_.Desktop.GetWindowRect(lt.Handle, lt.Rect)) {
-        if (std::abs(lt.Rect.Left) + std::abs(lt.Rect.Top) < 10) {
-            const int w = lt.Rect.Width(), h = lt.Rect.Height();
-            e_.Desktop.MoveWindow(lt.Handle, {screen_.X - w, screen_.Y - h, screen_.X, screen_.Y});
-            e_.Desktop.GetWindowRect(lt.Handle, lt.Rect);
+    if (lt.Handle && std::abs(lt.Rect.Left) + std::abs(lt.Rect.Top) < 10) {
+        if (const auto now = e_.Desktop.windows.WindowRect(lt.Handle)) {
+            lt.Rect = *now;
+            if (std::abs(lt.Rect.Left) + std::abs(lt.Rect.Top) < 10) {
+                const int w = lt.Rect.Width(), h = lt.Rect.Height();
+                e_.Desktop.windows.Move(lt.Handle, {screen_.X - w, screen_.Y - h, screen_.X, screen_.Y});
+                lt.Rect = e_.Desktop.windows.WindowRect(lt.Handle).value_or(lt.Rect);
+            }
         }
     }
 }
 
 void GameWindows::MoveWinGame() {
     if (game_ == 0) return;
-    e_.Desktop.GetWindowRect(game_, gameRect_);
+    gameRect_ = e_.Desktop.windows.WindowRect(game_).value_or(gameRect_);
     const int sw = screen_.X, sh = screen_.Y;
     if (!gamePlaced_) {
         platform::Rect r = gameRect_;
@@ -254,11 +259,8 @@ void GameWindows::MoveWinGame() {
         } else {
             MoveGame({0, r.Top, r.Width(), r.Bottom});
         }
-        if (e_.Desktop.Family() == platform::PlatformFamily::NT) {
-            platform::Rect client;
-            if (e_.Desktop.GetClientRect(game_, client))
-                frameExtra_ = std::max(0, gameRect_.Height() - client.Height() - 35);
-        }
+        if (const auto client = e_.Desktop.windows.ClientRect(game_))
+            frameExtra_ = std::max(0, gameRect_.Height() - client->Height() - 35);
         gamePlaced_ = true;
         e_.Cap.SubWindow[0].Placed = true;
     }
@@ -313,19 +315,18 @@ void GameWindows::PressScoreButton() {
     auto& button = e_.Models.frmZ.cmdScore;
     if (button.Caption == "Show Score") {
         e_.Settings.TopMostScoreWindow = 2;
-        if (score) e_.Desktop.ShowWindow(score, platform::ShowCmd::Restore);
+        if (score) e_.Desktop.windows.Restore(score);
         button.Caption = "Hide Score";
     } else if (button.Caption == "Hide Score") {
         e_.Settings.TopMostScoreWindow = 0;
-        if (score) e_.Desktop.ShowWindow(score, platform::ShowCmd::Minimize);
+        if (score) e_.Desktop.windows.Minimize(score);
         button.Caption = "Show Score";
     } else if (button.Caption == "Minimize") {
         e_.GameMinimised = true;
-        if (game_) e_.Desktop.ShowWindow(game_, platform::ShowCmd::Minimize);
+        if (game_) e_.Desktop.windows.Minimize(game_);
         e_.Models.frmZ.Rect.Bottom = e_.Models.frmZ.Rect.Top;  // the main window is minimised too
         if (siteIndex_[1] > 0)
-            e_.Desktop.ShowWindow(list_[static_cast<std::size_t>(siteIndex_[1] - 1)].Handle,
-                                  platform::ShowCmd::Restore);
+            e_.Desktop.windows.Restore(list_[static_cast<std::size_t>(siteIndex_[1] - 1)].Handle);
     }
     e_.Changed();
 }
@@ -333,20 +334,23 @@ void GameWindows::PressScoreButton() {
 void GameWindows::MainResized(int heightPx) {
     e_.Models.frmZ.Rect.Bottom = e_.Models.frmZ.Rect.Top + heightPx;
     e_.GameMinimised = heightPx < 30;
-    if (game_) e_.Desktop.ShowWindow(game_, e_.GameMinimised ? platform::ShowCmd::Minimize : platform::ShowCmd::Restore);
+    if (game_) {
+        if (e_.GameMinimised) e_.Desktop.windows.Minimize(game_);
+        else e_.Desktop.windows.Restore(game_);
+    }
 }
 
 void GameWindows::ShowTop(int mode, platform::WindowHandle h) {
-    if (mode == 2 && h != 0) e_.Desktop.SetWindowPos(h, platform::ZOrder::Topmost);
+    if (mode == 2 && h != 0) e_.Desktop.windows.SetTopmost(h, true);
 }
 
 void GameWindows::KeepGameWindowsOnTop() {
     ShowTop(e_.Settings.TopMostScoreWindow, Sub(kScore));
-    for (platform::WindowHandle h : popups_) e_.Desktop.SetWindowPos(h, platform::ZOrder::Topmost);
+    for (platform::WindowHandle h : popups_) e_.Desktop.windows.SetTopmost(h, true);
 }
 
 void GameWindows::RestoreGameIfMinimised() {
-    if (game_ && e_.Desktop.IsMinimized(game_)) e_.Desktop.ShowWindow(game_, platform::ShowCmd::Restore);
+    if (game_ && platform::IsMinimized(e_.Desktop.windows, game_)) e_.Desktop.windows.Restore(game_);
 }
 
 }  // namespace tracking

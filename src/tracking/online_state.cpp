@@ -55,7 +55,7 @@ void OnlineState::OffToOn() {
     z.cmdScore.Visible = true;
     const platform::WindowHandle score = w_.Sub(JobIndex(Job::ScoreWindow));
     if (e_.Settings.TopMostScoreWindow == 2) {
-        if (score) e_.Desktop.ShowWindow(score, platform::ShowCmd::Restore);
+        if (score) e_.Desktop.windows.Restore(score);
         z.cmdScore.Caption = "Hide Score";
     } else {
         z.cmdScore.Caption = "Minimize";

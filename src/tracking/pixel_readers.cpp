@@ -4,8 +4,8 @@
 
 namespace tracking {
 
-PixelReaders::PixelReaders(reading::Capture& cap, const reading::WinTitles& titles)
-    : cap_(cap), titles_(titles), table_(std::make_unique<reading::TableReader>(cap, glyphs_, titles)), cards_(cap, glyphs_), score_(cap, glyphs_) {}
+PixelReaders::PixelReaders(reading::Capture& cap, const reading::WinTitles& titles, platform::Sound& sound)
+    : cap_(cap), titles_(titles), table_(std::make_unique<reading::TableReader>(cap, glyphs_, titles)), cards_(cap, glyphs_, sound), score_(cap, glyphs_) {}
 
 void PixelReaders::SetGameWindow(platform::WindowHandle h, int gameLanguage) {
     if (h != window_) {
@@ -35,8 +35,7 @@ void PixelReaders::ReadTableInfo(TableInfo& info) {
         const platform::Point p = table_->SubButtonXY[static_cast<std::size_t>(k)];
         known = known && (p.X != 0 || p.Y != 0);
     }
-    platform::Rect wr;
-    cap_.Desktop().GetWindowRect(cap_.GameWindow, wr);
+    const platform::Rect wr = cap_.Windows().WindowRect(cap_.GameWindow).value_or(platform::Rect{});
     if (!known || !(wr == scannedRect_)) {
         table_->SubButtonXY = {};
         table_->ScanButtons();

@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "platform/desktop.h"
 #include "reading/cards.h"
 #include "reading/glyphs.h"
 #include "reading/pixels.h"
@@ -16,7 +17,7 @@ namespace tracking {
 
 class PixelReaders final : public GameReaders {
 public:
-    PixelReaders(reading::Capture& cap, const reading::WinTitles& titles);
+    PixelReaders(reading::Capture& cap, const reading::WinTitles& titles, platform::Sound& sound);
 
     void SetGameWindow(platform::WindowHandle h, int gameLanguage) override;
     void ReadTableInfo(TableInfo& info) override;
@@ -50,7 +51,8 @@ private:
 // The screen reading of the product, in the order it must be made: the
 // titles and the capture first, then the readers that use them.
 struct ScreenReading {
-    ScreenReading(platform::Desktop& desktop, platform::Clock& clock) : Cap(desktop, clock), Readers(Cap, Titles) {}
+    ScreenReading(const platform::Desktop& desktop, platform::Clock& clock)
+        : Cap(desktop.windows, desktop.capture, clock), Readers(Cap, Titles, desktop.sound) {}
     reading::WinTitles Titles;
     reading::Capture Cap;
     PixelReaders Readers;

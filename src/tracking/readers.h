@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/desktop.h"
+#include "platform/geometry.h"
 #include "reading/cards.h"
 
 namespace tracking {

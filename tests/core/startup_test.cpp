@@ -4,8 +4,8 @@
 
 #include "core/startup.h"
 #include "core/text.h"
-#include "platform/clock.h"
-#include "platform/sim_desktop.h"
+#include "platform/sim/virtual_clock.h"
+#include "platform/sim/sim_desktop.h"
 #include "temp_dir.h"
 
 using namespace core;

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/text.h"
-#include "platform/clock.h"
+#include "platform/sim/virtual_clock.h"
 #include "temp_dir.h"
 
 using namespace display;

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/sim_desktop.h"
+#include "platform/sim/sim_desktop.h"
 
 using namespace display;
 

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "platform/clock.h"
-#include "platform/sim_desktop.h"
+#include "platform/sim/virtual_clock.h"
+#include "platform/sim/sim_desktop.h"
 #include "players/alert_checks.h"
 #include "core/temp_dir.h"
 
@@ -42,7 +42,7 @@ struct Fixture : ::testing::Test {
     platform::SimDesktop desktop;
     platform::VirtualClock clock;
     AlertList list;
-    AlertChecker checker{list, desktop, clock};
+    AlertChecker checker{list, desktop, desktop, clock};
     AlertView& view = checker.View;
     TableNames table;
     platform::WindowHandle game = desktop.AddWindow("Spades - Table 12", {0, 0, 640, 480});

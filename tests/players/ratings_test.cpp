@@ -3,8 +3,8 @@
 #include <filesystem>
 
 #include "core/text.h"
-#include "platform/clock.h"
-#include "platform/sim_desktop.h"
+#include "platform/sim/virtual_clock.h"
+#include "platform/sim/sim_desktop.h"
 #include "players/ratings.h"
 #include "core/temp_dir.h"
 

@@ -6,7 +6,8 @@
 #include <algorithm>
 #include <string>
 
-#include "platform/sim_desktop.h"
+#include "platform/sim/sim_desktop.h"
+#include "platform/sim/virtual_clock.h"
 #include "reading/cards.h"
 #include "reading/glyphs.h"
 #include "reading/pixels.h"
@@ -89,9 +90,9 @@ struct Rig {
     }
     platform::SimDesktop desk{1280, 1024};
     platform::VirtualClock clock;
-    Capture cap{desk, clock};
+    Capture cap{desk, desk, clock};
     GlyphTable glyphs;
-    CardReader reader{cap, glyphs};
+    CardReader reader{cap, glyphs, desk};
 };
 
 }  // namespace
@@ -181,10 +182,10 @@ TEST(CaptHandTest, ReadsNamesCardsAndMarks) {
     EXPECT_EQ((std::array<int, 2>{hand.Marks[0][0], hand.Marks[0][1]}), (std::array<int, 2>{1, 0}));
     for (std::size_t p = 1; p < 4; ++p)
         for (std::size_t c = 0; c < 13; ++c) EXPECT_EQ(hand.Cards[p][c], "9S");
-    platform::Rect rect;
-    ASSERT_TRUE(r.desk.GetWindowRect(h, rect));
-    EXPECT_TRUE(rect.Left == 0 && rect.Top == 0) << "the window is read at the screen's origin";
-    EXPECT_FALSE(r.desk.IsMinimized(h));
+    const auto rect = r.desk.WindowRect(h);
+    ASSERT_TRUE(rect);
+    EXPECT_TRUE(rect->Left == 0 && rect->Top == 0) << "the window is read at the screen's origin";
+    EXPECT_FALSE(platform::IsMinimized(r.desk, h));
 }
 
 TEST(CaptHandTest, NoTableOrAnUnknownShapeFailsTheReading) {
@@ -195,7 +196,7 @@ TEST(CaptHandTest, NoTableOrAnUnknownShapeFailsTheReading) {
     HandRead hand;
     EXPECT_EQ(r.reader.CaptHand(hand), 22);
     EXPECT_EQ(r.desk.CaptureCount(), 4) << "four captures before giving up";
-    EXPECT_TRUE(r.desk.IsMinimized(r.cap.SubWindow[kSubLastHand].Handle));
+    EXPECT_TRUE(platform::IsMinimized(r.desk, r.cap.SubWindow[kSubLastHand].Handle));
     EXPECT_EQ(hand.Names[0], "");
     Rig ok;
     ok.Show(kSubLastHand, HandGrid(21));
@@ -224,7 +225,7 @@ TEST(CaptHandTest, NoCaptureAndTheItalianWidth) {
     auto h = it.Show(kSubLastHand, HandGrid(), 10, 10);
     EXPECT_EQ(it.reader.CaptHand(hand), 0);
     EXPECT_EQ(hand.Cards[0][0], "9") << "Italian has no suit letter S: the card is one character";
-    platform::Rect rect;
-    ASSERT_TRUE(it.desk.GetWindowRect(h, rect));
-    EXPECT_EQ((std::pair{rect.Left, rect.Width()}), (std::pair{0, 580}));
+    const auto rect = it.desk.WindowRect(h);
+    ASSERT_TRUE(rect);
+    EXPECT_EQ((std::pair{rect->Left, rect->Width()}), (std::pair{0, 580}));
 }

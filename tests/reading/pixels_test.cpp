@@ -2,7 +2,8 @@
 
 #include <fstream>
 
-#include "platform/sim_desktop.h"
+#include "platform/sim/sim_desktop.h"
+#include "platform/sim/virtual_clock.h"
 #include "reading/image_file.h"
 #include "reading/pixels.h"
 
@@ -15,7 +16,7 @@ namespace {
 struct Rig {
     platform::SimDesktop desk{800, 600};
     platform::VirtualClock clock;
-    Capture cap{desk, clock};
+    Capture cap{desk, desk, clock};
 };
 
 // A 24-bit bottom-up BMP of `img`, rows padded to four bytes.
@@ -41,14 +42,14 @@ TEST(CaptureRectTest, ZeroRightAndBottomMeanTheWholeSourceAndWaitsGoThroughTheCl
     Rig r;
     auto h = r.desk.AddWindow("t", {5, 5, 105, 65});
     const auto t0 = r.clock.TickCount();
-    r.cap.CaptureRect(h, r.cap.BMScreen, {10, 20, 0, 0}, false);
+    r.cap.CaptureRect(h, r.cap.BMScreen, {10, 20, 0, 0}, platform::Area::Window);
     const BM& bm = r.cap.BMScreen;
     EXPECT_EQ((std::array<int, 6>{bm.Width, bm.Height, bm.Right, bm.Bottom, bm.Lines, bm.Length}),
               (std::array<int, 6>{100, 60, 100, 60, 40, 90}));
     // The settling wait goes through the clock, longer for the second font.
     EXPECT_EQ(r.clock.TickCount() - t0, 200u);
     r.cap.FontIndex = 1;
-    r.cap.CaptureRect(h, r.cap.BMScreen, {}, false);
+    r.cap.CaptureRect(h, r.cap.BMScreen, {}, platform::Area::Window);
     EXPECT_EQ(r.clock.TickCount() - t0, 200u + 600u);
 }
 
@@ -59,7 +60,7 @@ TEST(CaptureRectTest, OddWidthPadsRowsAndAddressesEdgesExactly) {
     img.Set(12, 7, 0);   // right-most column, top row of the region
     img.Set(10, 15, 0);  // left column, lowest row
     r.desk.SetImage(h, img);
-    r.cap.CaptureRect(h, r.cap.BMScreen, {10, 7, 13, 16}, false);
+    r.cap.CaptureRect(h, r.cap.BMScreen, {10, 7, 13, 16}, platform::Area::Window);
     const BM& bm = r.cap.BMScreen;
     ASSERT_EQ(bm.Length, 4);
     ASSERT_EQ(bm.Lines, 9);
@@ -74,13 +75,13 @@ TEST(CaptureRectTest, OddWidthPadsRowsAndAddressesEdgesExactly) {
 TEST(CaptureRectTest, NothingCapturedGivesZeroLines) {
     Rig r;
     auto h = r.desk.AddWindow("t", {0, 0, 1200, 50});
-    r.cap.CaptureRect(h, r.cap.BMScreen, {1001, 0, 1100, 10}, false);
+    r.cap.CaptureRect(h, r.cap.BMScreen, {1001, 0, 1100, 10}, platform::Area::Window);
     EXPECT_EQ(r.cap.BMScreen.Lines, 0) << "left edge beyond 1000";
-    r.cap.CaptureRect(h, r.cap.BMScreen, {1000, 0, 1100, 10}, false);
+    r.cap.CaptureRect(h, r.cap.BMScreen, {1000, 0, 1100, 10}, platform::Area::Window);
     EXPECT_EQ(r.cap.BMScreen.Lines, 10);
     // Failed captures and closed windows are met in the session tests.
     auto z = r.desk.AddWindow("z", {0, 0, 0, 30});
-    r.cap.CaptureRect(z, r.cap.BMScreen, {}, false);
+    r.cap.CaptureRect(z, r.cap.BMScreen, {}, platform::Area::Window);
     EXPECT_EQ(r.cap.BMScreen.Lines, 0);
 }
 
@@ -133,9 +134,7 @@ TEST(SubWindowCapture, KeepsTheWindowOnScreenAndRetriesAfterReopen) {
     r.desk.FailCaptures(h, 1);
     EXPECT_EQ(r.cap.CaptureSubWindow(1), 60 - 27);
     EXPECT_EQ(reopened, 1);
-    platform::Rect rect;
-    r.desk.GetWindowRect(h, rect);
-    EXPECT_EQ(rect, (platform::Rect{705, 540, 805, 600}));
+    EXPECT_EQ(r.desk.WindowRect(h), (platform::Rect{705, 540, 805, 600}));
     EXPECT_EQ(r.cap.BMSub.Left, 0);
     EXPECT_EQ(r.cap.BMSub.Top, 0);
 }

@@ -6,7 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/sim_desktop.h"
+#include "platform/sim/sim_desktop.h"
+#include "platform/sim/virtual_clock.h"
 #include "reading/glyphs.h"
 #include "reading/pixels.h"
 #include "reading/score_reader.h"
@@ -71,14 +72,10 @@ struct Rig {
         EXPECT_LE(lines.Count, kMaxScoreLines);
         return {status, Lines(lines.Line.begin() + 1, lines.Line.begin() + 1 + std::clamp(lines.Count, 0, kMaxScoreLines))};
     }
-    platform::Rect WindowRect() {
-        platform::Rect r;
-        desk.GetWindowRect(h, r);
-        return r;
-    }
+    platform::Rect WindowRect() { return desk.WindowRect(h).value_or(platform::Rect{}); }
     platform::SimDesktop desk{1280, 1024};
     platform::VirtualClock clock;
-    Capture cap{desk, clock};
+    Capture cap{desk, desk, clock};
     GlyphTable glyphs;
     ScoreReader reader{cap, glyphs};
     platform::WindowHandle h = 0;

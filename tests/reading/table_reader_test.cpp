@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/clock.h"
-#include "platform/sim_desktop.h"
+#include "platform/sim/sim_desktop.h"
 #include "reading/table_rig.h"
 
 namespace {

@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "platform/clock.h"
-#include "platform/sim_desktop.h"
+#include "platform/sim/virtual_clock.h"
+#include "platform/sim/sim_desktop.h"
 #include "reading/glyphs.h"
 #include "reading/pixels.h"
 #include "reading/table_reader.h"
@@ -14,7 +14,7 @@
 struct TableRig {
     platform::SimDesktop desk{1280, 1024};
     platform::VirtualClock clock;
-    reading::Capture cap{desk, clock};
+    reading::Capture cap{desk, desk, clock};
     reading::GlyphTable glyphs;
     reading::WinTitles titles;
     reading::TableReader reader{cap, glyphs, titles};

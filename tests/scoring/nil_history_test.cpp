@@ -9,6 +9,7 @@
 #include "core/notation.h"
 #include "core/temp_dir.h"
 #include "core/text.h"
+#include "platform/sim/virtual_clock.h"
 
 using namespace scoring;
 namespace fs = std::filesystem;

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/clock.h"
-#include "platform/sim_desktop.h"
+#include "platform/sim/sim_desktop.h"
 #include "reading/image_file.h"
 #include "reading/table_reader.h"
 #include "reading/table_rig.h"

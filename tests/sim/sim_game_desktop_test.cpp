@@ -18,10 +18,8 @@ struct Rig {
     Rig() : sim(desk, clock, OneDeal()) {}
     // Clicks the middle of the first table button of `kind` (and `bid`).
     bool Click(TableButtonKind kind, const std::string& bid = {}) {
-        platform::Rect client;
-        platform::Point origin;
-        desk.GetClientRect(sim.TableWindow(), client);
-        desk.ClientOrigin(sim.TableWindow(), origin);
+        const platform::Rect client = desk.ClientRect(sim.TableWindow()).value_or(platform::Rect{});
+        const platform::Point origin = desk.ClientOrigin(sim.TableWindow()).value_or(platform::Point{});
         TablePicture pic;
         PlainTablePicture(sim.Game().State(), {sim.Language(), client.Width(), client.Height(), nullptr}, pic);
         for (const auto& b : pic.Buttons) {
@@ -45,15 +43,15 @@ TEST(SimGameDesktop, ButtonsOpenTitledWindowsAtTheCorner) {
     const TableButtonKind buttons[] = {TableButtonKind::LastTrick, TableButtonKind::LastHand, TableButtonKind::Score};
     Rig r;
     r.sim.Start();
-    EXPECT_EQ(r.desk.WindowText(r.sim.TableWindow()), titles[0]);
+    EXPECT_EQ(r.desk.Title(r.sim.TableWindow()), titles[0]);
     for (int slot = 1; slot <= 3; ++slot) {
         EXPECT_EQ(r.sim.SubWindow(slot), 0) << "closed until its button is clicked";
         ASSERT_TRUE(r.Click(buttons[slot - 1]));
         const platform::WindowHandle h = r.sim.SubWindow(slot);
-        EXPECT_EQ(r.desk.WindowText(h), titles[static_cast<std::size_t>(slot)]);
-        platform::Rect rect;
-        ASSERT_TRUE(r.desk.GetWindowRect(h, rect));
-        EXPECT_TRUE(rect.Left == 0 && rect.Top == 0) << "the game opens its windows at the screen's corner";
+        EXPECT_EQ(r.desk.Title(h), titles[static_cast<std::size_t>(slot)]);
+        const auto rect = r.desk.WindowRect(h);
+        ASSERT_TRUE(rect);
+        EXPECT_TRUE(rect->Left == 0 && rect->Top == 0) << "the game opens its windows at the screen's corner";
         ASSERT_TRUE(r.Click(buttons[slot - 1]));
         EXPECT_EQ(r.sim.SubWindow(slot), h) << "a second click raises the open window";
     }
@@ -69,9 +67,8 @@ TEST(SimGameDesktop, WindowsRedrawWhenResizedAndTheTableComesBackBare) {
     r.sim.Start(true);
     // The companion enlarges the score window: the next repaint fills it.
     const platform::WindowHandle score = r.sim.SubWindow(3);
-    platform::Rect rect;
-    r.desk.GetWindowRect(score, rect);
-    r.desk.MoveWindow(score, {rect.Left, rect.Top, rect.Right, rect.Bottom + 64});
+    const platform::Rect rect = r.desk.WindowRect(score).value_or(platform::Rect{});
+    r.desk.Move(score, {rect.Left, rect.Top, rect.Right, rect.Bottom + 64});
     r.clock.Wait(500);
     const platform::SimWindow* w = r.desk.Find(score);
     ASSERT_NE(w, nullptr);
@@ -80,7 +77,7 @@ TEST(SimGameDesktop, WindowsRedrawWhenResizedAndTheTableComesBackBare) {
 
     // The table goes away with its windows and comes back without them.
     r.sim.CloseTable();
-    EXPECT_TRUE(r.desk.TopLevelWindows().empty());
+    EXPECT_TRUE(r.desk.TopLevel().empty());
     r.sim.ReopenTable();
     EXPECT_EQ(r.sim.SubWindow(1), 0);
 }

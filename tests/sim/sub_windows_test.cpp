@@ -10,7 +10,8 @@
 #include <string>
 
 #include "core/json.h"
-#include "platform/sim_desktop.h"
+#include "platform/sim/sim_desktop.h"
+#include "platform/sim/virtual_clock.h"
 #include "reading/cards.h"
 #include "reading/image_file.h"
 #include "reading/score_reader.h"
@@ -49,10 +50,10 @@ struct Rig {
     }
     platform::SimDesktop desk{1280, 1024};
     platform::VirtualClock clock;
-    Capture cap{desk, clock};
+    Capture cap{desk, desk, clock};
     WinTitles titles;
     GlyphTable glyphs;
-    CardReader cards{cap, glyphs};
+    CardReader cards{cap, glyphs, desk};
     ScoreReader score{cap, glyphs};
 };
 
@@ -186,9 +187,7 @@ TEST(ScoreRoundTripTest, ZeroLinesAndEmptyTables) {
     auto h = tall.Show(kSubScore, sim::RenderScoreWindow({{}, 8}, tall.glyphs));
     EXPECT_EQ(tall.Score(got), 0);
     EXPECT_TRUE(got.empty());
-    platform::Rect rect;
-    ASSERT_TRUE(tall.desk.GetWindowRect(h, rect));
-    EXPECT_EQ(rect, (platform::Rect{30, 0, 30 + 228, 140}));
+    EXPECT_EQ(tall.desk.WindowRect(h), (platform::Rect{30, 0, 30 + 228, 140}));
 }
 
 // The game redraws its score window at whatever size it is given; here
@@ -202,9 +201,9 @@ TEST(ScoreRoundTripTest, HiddenLinesMakeTheWindowGrowForFourCaptures) {
         const auto h = r.Show(kSubScore, sim::RenderScoreWindow(view, r.glyphs));
         for (std::uint32_t t = 1; t < 20000; t += 50)
             r.clock.Schedule(r.clock.TickCount() + t, [&] {
-                platform::Rect c;
-                if (!r.desk.GetClientRect(h, c)) return;
-                view.Rows = (c.Height() - sim::score_window::Height(0)) / sim::score_window::kLinePitch;
+                const auto c = r.desk.ClientRect(h);
+                if (!c) return;
+                view.Rows = (c->Height() - sim::score_window::Height(0)) / sim::score_window::kLinePitch;
                 r.desk.SetClientImage(h, sim::RenderScoreWindow(view, r.glyphs));
             });
         Lines got;
@@ -212,9 +211,8 @@ TEST(ScoreRoundTripTest, HiddenLinesMakeTheWindowGrowForFourCaptures) {
         // the caller gets what the last attempt read.
         EXPECT_EQ(r.Score(got), count == 6 ? 0 : 2);
         EXPECT_EQ(got, Lines(view.Lines.begin(), view.Lines.begin() + 7 - (count == 6)));
-        platform::Rect c, w;
-        r.desk.GetClientRect(h, c);
-        r.desk.GetWindowRect(h, w);
+        const platform::Rect c = r.desk.ClientRect(h).value_or(platform::Rect{});
+        const platform::Rect w = r.desk.WindowRect(h).value_or(platform::Rect{});
         EXPECT_EQ(c.Height(), sim::score_window::Height(count == 6 ? 7 : 8)) << "one line pitch more per capture";
         EXPECT_TRUE(w.Left == 0 && w.Top == 40) << "moved to the screen's left edge, top kept";
     }

@@ -9,8 +9,8 @@
 
 #include "core/settings.h"
 #include "core/text.h"
-#include "platform/clock.h"
-#include "platform/sim_desktop.h"
+#include "platform/sim/virtual_clock.h"
+#include "platform/sim/sim_desktop.h"
 #include "tracking/companion.h"
 
 namespace {
@@ -88,7 +88,7 @@ reading::HandRead SomeHand(const std::string& northName) {
 struct Rig {
     Rig(platform::SimDesktop& desk, platform::Clock& clock, const std::string& home, tracking::GameReaders& readers,
         const std::vector<std::string>& settings)
-        : e(desk, clock, core::Folders{home, "Work"}, readers, events, nullptr, nullptr),
+        : e(desk.Roles(), clock, core::Folders{home, "Work"}, readers, events, nullptr, nullptr),
           w(e),
           board(e, w),
           flow(e, board),
@@ -104,7 +104,7 @@ struct Rig {
         (void)core::ReadSettingsLines(settings, e.Settings, nullptr);
         e.Titles.SetWinTitles();
         e.Seats.InitNESW(e.Settings.MyIds);
-        e.Records = std::make_unique<display::RecordFiles>(clock, e.Folders, desk.AnsiCodePage());
+        e.Records = std::make_unique<display::RecordFiles>(clock, e.Folders, desk.Roles().system.AnsiCodePage());
         w.SetScreenSize(desk.ScreenSize());
     }
     // The table window is there: on-line as the first window pass goes.
@@ -142,7 +142,7 @@ protected:
     // Start-up with these settings, no game window yet.
     void Load(const std::vector<std::string>& settings) {
         core::WriteTextFile(core::JoinPath(home, core::kSettingsFile), settings, 1252);
-        app = std::make_unique<Companion>(desk, clock, core::Folders{home, "Work"}, fake, &events);
+        app = std::make_unique<Companion>(desk.Roles(), clock, core::Folders{home, "Work"}, fake, &events);
         app->SetArchiveCheck(false);
         ASSERT_TRUE(app->Start());
     }
@@ -245,14 +245,14 @@ TEST_F(LoopTest, NestedOrMinimisedTickIsTurnedAway) {
 
     EXPECT_EQ(app->Models().frmZ.cmdScore.Caption, "Minimize");
     app->PressScoreButton();
-    EXPECT_TRUE(desk.IsMinimized(table));
+    EXPECT_TRUE(platform::IsMinimized(desk, table));
     const int reads = fake.tableReads;
     app->Tick();
     app->ResizeMain(20);
     app->Tick();
     EXPECT_EQ(fake.tableReads, reads);
     app->ResizeMain(400);
-    EXPECT_FALSE(desk.IsMinimized(table));
+    EXPECT_FALSE(platform::IsMinimized(desk, table));
     app->Tick();
     EXPECT_EQ(fake.tableReads, reads + 1);
 }
@@ -312,7 +312,7 @@ TEST_F(LoopTest, ScoreButtonCycles) {
     for (const std::string want : {"Show Score", "Hide Score", "Show Score"}) {
         app->PressScoreButton();
         EXPECT_EQ(app->Models().frmZ.cmdScore.Caption, want);
-        EXPECT_EQ(desk.IsMinimized(score), want == "Show Score");
+        EXPECT_EQ(platform::IsMinimized(desk, score), want == "Show Score");
     }
     EXPECT_EQ(app->Settings().TopMostScoreWindow, 0);
 }
@@ -350,14 +350,12 @@ TEST_F(LoopTest, NarrowScreenReducesTheGameWindow) {
     Load({"Reduce SpadesWindow = 600"});
     table = desk.AddWindow("Game: Spades Table: Elm Host: bob", {20, 30, 660, 580});
     app->Tick();
-    platform::Rect r;
-    desk.GetWindowRect(table, r);
-    EXPECT_EQ(r, (platform::Rect{-5, 25, 595, 575}));
+    EXPECT_EQ(desk.WindowRect(table), (platform::Rect{-5, 25, 595, 575}));
 }
 
 TEST_F(LoopTest, EndKeepsTheWindowPositionsForTheNextRun) {
     Boot({"CFG = places.txt"});
-    desk.MoveWindow(lastHand, {300, 420, 500, 620});
+    desk.Move(lastHand, {300, 420, 500, 620});
     app->End();
     EXPECT_FALSE(app->Ended()) << "End takes effect at the next tick";
     app->Tick();
@@ -369,17 +367,17 @@ TEST_F(LoopTest, EndKeepsTheWindowPositionsForTheNextRun) {
     EXPECT_NE(lines[4].find("Last Hand Window"), std::string::npos);
     // The next run puts a "Last Hand" window that opens at the corner back.
     Load({"CFG = places.txt"});
-    desk.MoveWindow(lastHand, {0, 0, 200, 200});
+    desk.Move(lastHand, {0, 0, 200, 200});
     app->Tick();
-    platform::Rect r;
-    desk.GetWindowRect(lastHand, r);
-    EXPECT_EQ(r, (platform::Rect{300, 420, 500, 620}));
+    EXPECT_EQ(desk.WindowRect(lastHand), (platform::Rect{300, 420, 500, 620}));
 }
 
 TEST_F(LoopTest, WindowListSkipsHiddenWindowsAndCollectsPopups) {
     Boot({"TopmostPlayerInfo = yes"});
-    desk.AddWindow("Game: Spades Table: Pine Host: zed", {0, 0, 100, 100}, platform::kStyleCaptionOrBorder);
-    const auto bare = desk.AddWindow("Player information", {0, 0, 100, 100}, platform::kStyleVisible);
+    desk.AddWindow("Game: Spades Table: Pine Host: zed", {0, 0, 100, 100},
+                   platform::WindowInfo{.Decorated = true, .Visible = false});
+    const auto bare = desk.AddWindow("Player information", {0, 0, 100, 100},
+                                     platform::WindowInfo{.Decorated = false, .Visible = true});
     const auto info = desk.AddWindow("Player information", {0, 0, 100, 100});
     const auto alerts = desk.AddWindow("Alerts", {0, 0, 100, 100});
     const auto lobby = desk.AddWindow("Yahoo! Spades", {10, 10, 1010, 810});
@@ -388,9 +386,7 @@ TEST_F(LoopTest, WindowListSkipsHiddenWindowsAndCollectsPopups) {
     EXPECT_TRUE(desk.Find(info)->Topmost);
     EXPECT_FALSE(desk.Find(bare)->Topmost) << "a window without caption or border is not listed";
     EXPECT_FALSE(desk.Find(alerts)->Topmost) << "\"Alerts\" is not \"Alert\"";
-    platform::Rect r;
-    desk.GetWindowRect(lobby, r);
-    EXPECT_EQ(r, (platform::Rect{200, 100, 1000, 700}));
+    EXPECT_EQ(desk.WindowRect(lobby), (platform::Rect{200, 100, 1000, 700}));
 }
 
 // ---------------------------------------------------------------------------
@@ -609,6 +605,17 @@ TEST(JobSlotsTest, DeadlinesHoldAcrossTheWrapAndThePause) {
     EXPECT_EQ(s.DueAt(Job::BidWatch), nearWrap + 100);
     EXPECT_EQ(s.DueAt(Job::Reminder), nearWrap + 300);
     EXPECT_TRUE(s.Armed(Job::LastHand) && s.Armed(Job::LastTrick));
+}
+
+// Our own windows repeat the table's title and player names; a window pass
+// must never take one of them for the game's.
+TEST_F(LoopTest, OwnWindowsAreNeverTakenForTheGame) {
+    Boot({"TopmostPlayerInfo = yes"});
+    desk.AddOwnWindow("Yahoo! Games: Game: Spades Table: Pine Host: zed", {0, 0, 300, 200});
+    const auto ours = desk.AddOwnWindow("Player information", {0, 0, 100, 100});
+    app->Tick();
+    EXPECT_NE(app->Models().frmZ.Caption.find("Oak"), std::string::npos) << "our own window was taken for the game";
+    EXPECT_FALSE(desk.Find(ours)->Topmost) << "our own window was taken for a popup";
 }
 
 }  // namespace

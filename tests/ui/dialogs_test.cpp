@@ -6,7 +6,7 @@
 #include <QTest>
 #include <QTimer>
 
-#include "platform/clock.h"
+#include "platform/sim/virtual_clock.h"
 #include "ui/alert_windows.h"
 #include "ui/del_work_window.h"
 #include "ui_test_util.h"

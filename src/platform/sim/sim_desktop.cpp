@@ -1,4 +1,4 @@
-#include "platform/sim_desktop.h"
+#include "platform/sim/sim_desktop.h"
 
 #include <algorithm>
 
@@ -11,11 +11,13 @@ constexpr std::uint32_t kFrameColor = 0x00D4D0C8;
 
 SimDesktop::SimDesktop(std::int32_t screenW, std::int32_t screenH) : screen_{screenW, screenH} {}
 
-WindowHandle SimDesktop::AddWindow(const std::string& title, const Rect& outer, std::uint32_t style) {
+WindowHandle SimDesktop::AddWindow(const std::string& title, const Rect& outer, WindowInfo look) {
     WindowHandle h = next_++;
     SimWindow w;
     w.Title = title;
-    w.Style = style;
+    w.Decorated = look.Decorated;
+    w.Visible = look.Visible;
+    w.Minimized = look.Minimized;
     w.Outer = outer;
     w.Pixels = Image(std::max(outer.Width(), 0), std::max(outer.Height(), 0), kFrameColor);
     w.Pixels.FillRect(w.ClientInset.Left, 1, outer.Width() - w.ClientInset.Right, w.ClientInset.Top - 1, kCaptionColor);
@@ -23,6 +25,12 @@ WindowHandle SimDesktop::AddWindow(const std::string& title, const Rect& outer, 
                       outer.Height() - w.ClientInset.Bottom, 0x00FFFFFF);
     windows_[h] = std::move(w);
     zorder_.insert(zorder_.begin(), h);
+    return h;
+}
+
+WindowHandle SimDesktop::AddOwnWindow(const std::string& title, const Rect& outer) {
+    const WindowHandle h = AddWindow(title, outer);
+    Find(h)->Own = true;
     return h;
 }
 
@@ -73,66 +81,45 @@ void SimDesktop::BringToTop(WindowHandle h) {
 }
 
 bool SimDesktop::Touch(WindowHandle h) {
-    if (h == kDesktopHandle) return true;
     auto it = closeAfter_.find(h);
     if (it != closeAfter_.end() && --it->second <= 0) CloseWindow(h);
     return Find(h) != nullptr;
 }
 
-std::vector<WindowHandle> SimDesktop::TopLevelWindows() { return zorder_; }
+bool SimDesktop::IsOwnWindow(WindowHandle h) { return Touch(h) && Find(h)->Own; }
 
-bool SimDesktop::IsWindow(WindowHandle h) { return Touch(h); }
-
-std::string SimDesktop::WindowText(WindowHandle h) {
-    if (!Touch(h) || h == kDesktopHandle) return "";
+std::optional<std::string> SimDesktop::Title(WindowHandle h) {
+    if (!Touch(h)) return std::nullopt;
     return Find(h)->Title;
 }
 
-std::uint32_t SimDesktop::WindowStyle(WindowHandle h) {
-    if (h == kDesktopHandle) return kStyleVisible;
-    if (!Touch(h)) return 0;
-    return Find(h)->Style;
-}
-
-bool SimDesktop::GetWindowRect(WindowHandle h, Rect& r) {
-    if (h == kDesktopHandle) {
-        r = {0, 0, screen_.X, screen_.Y};
-        return true;
-    }
-    if (!Touch(h)) return false;
-    r = Find(h)->Outer;
-    return true;
-}
-
-bool SimDesktop::GetClientRect(WindowHandle h, Rect& r) {
-    if (h == kDesktopHandle) {
-        r = {0, 0, screen_.X, screen_.Y};
-        return true;
-    }
-    if (!Touch(h)) return false;
+std::optional<WindowInfo> SimDesktop::Info(WindowHandle h) {
+    if (!Touch(h)) return std::nullopt;
     const SimWindow* w = Find(h);
-    if (w->Minimized) {
-        r = {};
-        return true;
-    }
-    r = {0, 0, std::max(0, w->Outer.Width() - w->ClientInset.Left - w->ClientInset.Right),
-         std::max(0, w->Outer.Height() - w->ClientInset.Top - w->ClientInset.Bottom)};
-    return true;
+    return WindowInfo{w->Decorated, w->Visible, w->Minimized};
 }
 
-bool SimDesktop::ClientOrigin(WindowHandle h, Point& p) {
-    if (h == kDesktopHandle) {
-        p = {};
-        return true;
-    }
-    if (!Touch(h)) return false;
+std::optional<Rect> SimDesktop::WindowRect(WindowHandle h) {
+    if (!Touch(h)) return std::nullopt;
+    return Find(h)->Outer;
+}
+
+std::optional<Rect> SimDesktop::ClientRect(WindowHandle h) {
+    if (!Touch(h)) return std::nullopt;
     const SimWindow* w = Find(h);
-    p = {w->Outer.Left + w->ClientInset.Left, w->Outer.Top + w->ClientInset.Top};
-    return true;
+    if (w->Minimized) return Rect{};
+    return Rect{0, 0, std::max(0, w->Outer.Width() - w->ClientInset.Left - w->ClientInset.Right),
+                std::max(0, w->Outer.Height() - w->ClientInset.Top - w->ClientInset.Bottom)};
 }
 
-bool SimDesktop::MoveWindow(WindowHandle h, const Rect& r) {
-    if (!Touch(h) || h == kDesktopHandle) return false;
+std::optional<Point> SimDesktop::ClientOrigin(WindowHandle h) {
+    if (!Touch(h)) return std::nullopt;
+    const SimWindow* w = Find(h);
+    return Point{w->Outer.Left + w->ClientInset.Left, w->Outer.Top + w->ClientInset.Top};
+}
+
+bool SimDesktop::Move(WindowHandle h, const Rect& r) {
+    if (!Touch(h)) return false;
     SimWindow* w = Find(h);
     if (r.Width() != w->Outer.Width() || r.Height() != w->Outer.Height()) {
         // A resized window keeps its drawing anchored at the top-left.
@@ -145,34 +132,32 @@ bool SimDesktop::MoveWindow(WindowHandle h, const Rect& r) {
     return true;
 }
 
-void SimDesktop::SetWindowPos(WindowHandle h, ZOrder z) {
-    if (h == 0 || !Touch(h) || h == kDesktopHandle) return;
-    Find(h)->Topmost = z == ZOrder::Topmost;
+void SimDesktop::SetTopmost(WindowHandle h, bool topmost) {
+    if (h == 0 || !Touch(h)) return;
+    Find(h)->Topmost = topmost;
     BringToTop(h);
 }
 
-void SimDesktop::ShowWindow(WindowHandle h, ShowCmd cmd) {
-    if (!Touch(h) || h == kDesktopHandle) return;
-    Find(h)->Minimized = cmd == ShowCmd::Minimize;
+void SimDesktop::Minimize(WindowHandle h) {
+    if (Touch(h)) Find(h)->Minimized = true;
 }
 
-bool SimDesktop::IsMinimized(WindowHandle h) {
-    if (!Touch(h) || h == kDesktopHandle) return false;
-    return Find(h)->Minimized;
+void SimDesktop::Restore(WindowHandle h) {
+    if (Touch(h)) Find(h)->Minimized = false;
 }
 
 Image SimDesktop::Compose() const {
     Image screen(screen_.X, screen_.Y, background_);
     for (auto it = zorder_.rbegin(); it != zorder_.rend(); ++it) {
         const SimWindow& w = windows_.at(*it);
-        if (!(w.Style & kStyleVisible) || w.Minimized) continue;
+        if (!w.Visible || w.Minimized) continue;
         for (std::int32_t y = 0; y < w.Pixels.Height; ++y)
             for (std::int32_t x = 0; x < w.Pixels.Width; ++x) screen.Set(w.Outer.Left + x, w.Outer.Top + y, w.Pixels.At(x, y));
     }
     return screen;
 }
 
-std::int32_t SimDesktop::CopyRegion(WindowHandle h, bool client, const Rect& region, std::vector<std::uint16_t>& bits) {
+std::int32_t SimDesktop::CopyRegion(WindowHandle h, Area area, const Rect& region, std::vector<std::uint16_t>& bits) {
     ++captures_;
     if (!Touch(h)) return 0;
     for (WindowHandle k : {h, WindowHandle{0}}) {
@@ -182,41 +167,42 @@ std::int32_t SimDesktop::CopyRegion(WindowHandle h, bool client, const Rect& reg
             return 0;
         }
     }
+    // A window copies its own image: what lies above it is not painted over it.
+    const SimWindow* sw = Find(h);
+    if (sw->Minimized) return 0;
+    if (area == Area::Client) return CopyImage(sw->Pixels, sw->ClientInset.Left, sw->ClientInset.Top, region, bits);
+    return CopyImage(sw->Pixels, 0, 0, region, bits);
+}
+
+std::int32_t SimDesktop::CopyScreenRegion(const Rect& region, std::vector<std::uint16_t>& bits) {
+    ++captures_;
+    auto it = failCaptures_.find(0);
+    if (it != failCaptures_.end() && it->second > 0) {
+        --it->second;
+        return 0;
+    }
+    return CopyImage(Compose(), 0, 0, region, bits);
+}
+
+std::int32_t SimDesktop::CopyImage(const Image& src, std::int32_t ox, std::int32_t oy, const Rect& region,
+                                   std::vector<std::uint16_t>& bits) {
     const std::int32_t w = region.Width(), hgt = region.Height();
     if (w <= 0 || hgt <= 0) return 0;
     const std::int32_t length = w + (w & 1);
     if (bits.size() < static_cast<std::size_t>(length) * static_cast<std::size_t>(hgt)) return 0;
-
-    // Source pixel lookup: the desktop composes every window, a window
-    // copies its own image (what lies above it is not painted over it).
-    Image composed;
-    const Image* src;
-    std::int32_t ox = 0, oy = 0;
-    if (h == kDesktopHandle) {
-        composed = Compose();
-        src = &composed;
-    } else {
-        const SimWindow* sw = Find(h);
-        if (sw->Minimized) return 0;
-        src = &sw->Pixels;
-        if (client) {
-            ox = sw->ClientInset.Left;
-            oy = sw->ClientInset.Top;
-        }
-    }
     // Columns of the region that lie inside the source image; the rest of a
     // row reads as black, as a copy from off the surface would.
     const std::int32_t x0 = std::clamp(-(region.Left + ox), 0, w);
-    const std::int32_t x1 = std::clamp(src->Width - (region.Left + ox), x0, w);
+    const std::int32_t x1 = std::clamp(src.Width - (region.Left + ox), x0, w);
     for (std::int32_t row = 0; row < hgt; ++row) {
         const std::int32_t sy = region.Bottom - 1 - row + oy;  // bottom-up
         std::uint16_t* out = bits.data() + static_cast<std::size_t>(row) * static_cast<std::size_t>(length);
-        if (sy < 0 || sy >= src->Height) {
+        if (sy < 0 || sy >= src.Height) {
             std::fill(out, out + w, std::uint16_t{0});
             continue;
         }
         std::fill(out, out + x0, std::uint16_t{0});
-        const std::uint32_t* in = src->Pixels.data() + static_cast<std::size_t>(sy) * static_cast<std::size_t>(src->Width) +
+        const std::uint32_t* in = src.Pixels.data() + static_cast<std::size_t>(sy) * static_cast<std::size_t>(src.Width) +
                                   (region.Left + ox + x0);
         for (std::int32_t x = x0; x < x1; ++x) out[x] = To555(in[x - x0]);
         std::fill(out + x1, out + w, std::uint16_t{0});
@@ -227,7 +213,7 @@ std::int32_t SimDesktop::CopyRegion(WindowHandle h, bool client, const Rect& reg
 WindowHandle SimDesktop::WindowAt(Point p) const {
     for (WindowHandle h : zorder_) {
         const SimWindow& w = windows_.at(h);
-        if (!(w.Style & kStyleVisible) || w.Minimized) continue;
+        if (!w.Visible || w.Minimized) continue;
         if (p.X >= w.Outer.Left && p.X < w.Outer.Right && p.Y >= w.Outer.Top && p.Y < w.Outer.Bottom) return h;
     }
     return 0;

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,7 +15,9 @@ namespace platform {
 
 struct SimWindow {
     std::string Title;
-    std::uint32_t Style = kStyleCaptionOrBorder | kStyleVisible;
+    bool Decorated = true;
+    bool Visible = true;
+    bool Own = false;                  // a window of the program itself
     Rect Outer;                        // screen coordinates
     Rect ClientInset{4, 23, 4, 4};     // frame widths: left, caption+top, right, bottom
     Image Pixels;                      // the whole window, outer size
@@ -27,14 +30,23 @@ struct SimClick {
     WindowHandle Target = 0;  // topmost visible window under the point, 0 = none
 };
 
-class SimDesktop final : public Desktop {
+// Every role of a desktop in one object; Roles() hands it out as the bundle.
+class SimDesktop final : public DesktopBackend,
+                         public Windows,
+                         public ScreenCapture,
+                         public Input,
+                         public Sound,
+                         public SystemInfo {
 public:
     explicit SimDesktop(std::int32_t screenW = 1280, std::int32_t screenH = 1024);
 
     // --- building the scene -------------------------------------------------
     // New window on top of the z-order. Its image starts as a plain frame
-    // of the outer size (gray caption, white client).
-    WindowHandle AddWindow(const std::string& title, const Rect& outer, std::uint32_t style = kStyleCaptionOrBorder | kStyleVisible);
+    // of the outer size (gray caption, white client). `look` gives whether
+    // it has a frame and is visible (and starts minimised).
+    WindowHandle AddWindow(const std::string& title, const Rect& outer, WindowInfo look = {true, true, false});
+    // A window of the program itself (one of its companion windows).
+    WindowHandle AddOwnWindow(const std::string& title, const Rect& outer);
     void CloseWindow(WindowHandle h);
     SimWindow* Find(WindowHandle h);
     const SimWindow* Find(WindowHandle h) const;
@@ -49,7 +61,6 @@ public:
     void SetBackground(std::uint32_t rgb) { background_ = rgb; }
     void SetAnsiCodePage(int cp) { codePage_ = cp; }
     void SetPrevInstance(bool v) { prevInstance_ = v; }
-    void SetFamily(PlatformFamily f) { family_ = f; }
     void SetExecutableFolder(std::string f) { exeFolder_ = std::move(f); }
     // Called on every left click (after it is recorded), e.g. by the game
     // simulator to press its buttons.
@@ -71,34 +82,41 @@ public:
     // The screen as the user would see it (all visible windows composed).
     Image Compose() const;
 
-    // --- Desktop ------------------------------------------------------------
-    WindowHandle DesktopWindow() override { return kDesktopHandle; }
-    std::vector<WindowHandle> TopLevelWindows() override;
-    bool IsWindow(WindowHandle h) override;
-    std::string WindowText(WindowHandle h) override;
-    std::uint32_t WindowStyle(WindowHandle h) override;
-    bool GetWindowRect(WindowHandle h, Rect& r) override;
-    bool GetClientRect(WindowHandle h, Rect& r) override;
-    bool ClientOrigin(WindowHandle h, Point& p) override;
-    bool MoveWindow(WindowHandle h, const Rect& r) override;
-    void SetWindowPos(WindowHandle h, ZOrder z) override;
-    void ShowWindow(WindowHandle h, ShowCmd cmd) override;
-    bool IsMinimized(WindowHandle h) override;
+    // --- the roles ----------------------------------------------------------
+    Desktop Roles() override { return {*this, *this, *this, *this, *this}; }
+
+    std::vector<WindowHandle> TopLevel() override { return zorder_; }
+    bool IsWindow(WindowHandle h) override { return Touch(h); }
+    bool IsOwnWindow(WindowHandle h) override;
+    std::optional<std::string> Title(WindowHandle h) override;
+    std::optional<WindowInfo> Info(WindowHandle h) override;
+    std::optional<Rect> WindowRect(WindowHandle h) override;
+    std::optional<Rect> ClientRect(WindowHandle h) override;
+    std::optional<Point> ClientOrigin(WindowHandle h) override;
     Point ScreenSize() override { return screen_; }
-    std::int32_t CopyRegion(WindowHandle h, bool client, const Rect& region, std::vector<std::uint16_t>& bits) override;
-    Point GetCursorPos() override { return cursor_; }
+    bool Move(WindowHandle h, const Rect& outer) override;
+    void SetTopmost(WindowHandle h, bool topmost) override;
+    void Minimize(WindowHandle h) override;
+    void Restore(WindowHandle h) override;
+
+    std::int32_t CopyRegion(WindowHandle h, Area area, const Rect& region, std::vector<std::uint16_t>& bits) override;
+    std::int32_t CopyScreenRegion(const Rect& region, std::vector<std::uint16_t>& bits) override;
+
+    std::optional<Point> CursorPos() override { return cursor_; }
     void SetCursorPos(Point p) override { cursor_ = p; }
     void LeftClick() override;
+
     void PlaySystemSound(const std::string& alias) override;
     void Beep() override { ++beeps_; }
-    PlatformFamily Family() override { return family_; }
+
     bool PrevInstance() override { return prevInstance_; }
     int AnsiCodePage() override { return codePage_; }
-    std::string ExecutableFolder() override { return exeFolder_; }
-
-    static constexpr WindowHandle kDesktopHandle = 1;
+    std::optional<std::string> ExecutableFolder() override { return exeFolder_; }
 
 private:
+    // Copies rows of `src` (offset by ox, oy) into bits, bottom-up.
+    static std::int32_t CopyImage(const Image& src, std::int32_t ox, std::int32_t oy, const Rect& region,
+                                  std::vector<std::uint16_t>& bits);
     bool Touch(WindowHandle h);  // counts a call for fault injection; false when gone
     WindowHandle WindowAt(Point p) const;
 
@@ -110,7 +128,6 @@ private:
     std::uint32_t background_ = 0x00008080;
     int codePage_ = 1252;
     bool prevInstance_ = false;
-    PlatformFamily family_ = PlatformFamily::NT;
     std::string exeFolder_ = ".";
     std::function<void(const SimClick&)> onClick_;
     std::map<WindowHandle, int> closeAfter_;
