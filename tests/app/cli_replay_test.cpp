@@ -128,7 +128,7 @@ TEST_F(CliReplay, UnwritableWorkFolderFails) {
     std::ofstream((fs::path(out) / "Work").string()) << "not a folder";
     CliRun r = Replay(kHead + R"( "deals": 1, "seed": 2})");
     EXPECT_NE(r.code, 0);
-    EXPECT_NE(r.err.find("could not be written"), std::string::npos) << r.err;
+    EXPECT_NE(r.err.find("was not saved"), std::string::npos) << r.err;
 }
 
 TEST_F(CliReplay, BadScenariosNameWhatIsWrong) {
