@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstdint>
 #include <cstdlib>
 
 #include <nlohmann/json.hpp>
@@ -17,6 +18,14 @@ Json& Json::Set(const std::string& key, Json v) {
         }
     members_.emplace_back(key, std::move(v));
     return members_.back().second;
+}
+
+std::int64_t Json::AsInt() const {
+    // A double at or beyond 2^63 does not convert: out of range is undefined.
+    if (!(num_ == num_)) return 0;
+    if (num_ >= 9223372036854775807.0) return INT64_MAX;
+    if (num_ <= -9223372036854775808.0) return INT64_MIN;
+    return static_cast<std::int64_t>(num_);
 }
 
 const Json* Json::Get(const std::string& key) const {

@@ -44,7 +44,8 @@ public:
 
     bool AsBool() const { return bool_; }
     double AsNumber() const { return num_; }
-    std::int64_t AsInt() const { return static_cast<std::int64_t>(num_); }
+    // The number as an integer, clamped to the 64-bit range (0 for NaN).
+    std::int64_t AsInt() const;
     const std::string& AsString() const { return str_; }
     const std::vector<Json>& Items() const { return items_; }
     // Object members in insertion order.

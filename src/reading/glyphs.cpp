@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "reading/glyph_harvest.h"
+
 namespace reading {
 
 namespace {
@@ -321,6 +323,7 @@ std::string GlyphTable::GlyphMatch(const LineBmp& line, std::uint16_t v, std::in
             }
         }
     }
+    if (Harvest && p < line.hi) Harvest->Note(line, p);
     while (p < line.hi && line[p] != 0) ++p;
     return "?";
 }

@@ -13,6 +13,8 @@
 
 namespace reading {
 
+class GlyphHarvest;
+
 constexpr int kGlyphEntryCount = 146;  // entries of the built-in table text
 constexpr int kFontACount = 102;       // entries of the regular font; the rest is bold
 constexpr int kGlyphCapacity = 351;    // glyph numbers 0..350, 0 unused
@@ -76,6 +78,8 @@ public:
     bool DigitsOn = false;   // the number reader works only when on
     int SelectedFont = 0;    // slot of the last SelectFont
     int Language = 1;        // language of the last SelectFont
+    // When set, every shape read as "?" is handed to it (see glyph_harvest.h).
+    GlyphHarvest* Harvest = nullptr;
 
     int GlyphCount() const { return static_cast<int>(Glyphs.size()) - 1; }
     std::uint16_t Mask() const { return DigitMask[static_cast<std::size_t>(ReadingFont >= 0 && ReadingFont < 3 ? ReadingFont : 1)]; }

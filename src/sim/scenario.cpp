@@ -4,11 +4,23 @@
 #include <cmath>
 #include <set>
 
+#include "core/text.h"
+
 namespace sim {
 
 namespace {
 
 const char* const kSeatNames[kSeats] = {"North", "East", "South", "West"};
+
+// Limits of a scenario: generous for any real table, small enough that a
+// hostile file cannot make the simulator run for hours or stall on a name.
+constexpr std::size_t kMaxScenarioBytes = 8u << 20;
+constexpr std::size_t kMaxDeals = 1000;
+constexpr std::size_t kMaxTextChars = 64;      // names of players, watchers, table and host
+constexpr std::size_t kMaxLineChars = 1000;    // a settings or alert line
+constexpr std::size_t kMaxLines = 2000;        // settings and alert lines each
+constexpr std::size_t kMaxWatchers = 100;
+constexpr double kMaxRatingNumber = 999999999;  // a rating given as a number
 const char* const kSuitNames[4] = {"clubs", "diamonds", "hearts", "spades"};
 
 std::string Lower(std::string s) {
@@ -54,17 +66,24 @@ struct Reader {
         out = static_cast<int>(v);
         return true;
     }
-    bool Str(const core::Json* j, const std::string& path, std::string& out, bool allowEmpty = false) {
+    bool Str(const core::Json* j, const std::string& path, std::string& out, bool allowEmpty = false,
+             std::size_t maxChars = kMaxTextChars) {
         if (!j) return Fail(path, "missing");
         if (!j->IsString()) return Fail(path, "must be a text");
         if (!allowEmpty && Trim(j->AsString()).empty()) return Fail(path, "must not be empty");
+        if (j->AsString().size() > maxChars * 4 || core::Len(j->AsString()) > maxChars)
+            return Fail(path, "longer than " + std::to_string(maxChars) + " characters");
         out = j->AsString();
         return true;
     }
     // A text, or a number written without quotes (ratings).
     bool Text(const core::Json* j, const std::string& path, std::string& out) {
-        if (j && j->IsNumber() && j->AsNumber() == std::floor(j->AsNumber())) {
-            out = std::to_string(j->AsInt());
+        if (j && j->IsNumber()) {
+            const double v = j->AsNumber();
+            if (v != std::floor(v) || std::fabs(v) > kMaxRatingNumber)
+                return Fail(path, "must be a whole number up to " + std::to_string(static_cast<long long>(kMaxRatingNumber)) +
+                                      " or a text");
+            out = std::to_string(static_cast<long long>(v));
             return true;
         }
         return Str(j, path, out);
@@ -84,10 +103,11 @@ struct Reader {
     }
     bool Lines(const core::Json* j, const std::string& path, std::vector<std::string>& out) {
         if (!Array(j, path, 0, false)) return false;
+        if (j->Size() > kMaxLines) return Fail(path, "more than " + std::to_string(kMaxLines) + " lines");
         out.clear();
         for (std::size_t i = 0; i < j->Size(); ++i) {
             std::string s;
-            if (!Str(&(*j)[i], path + "[" + std::to_string(i) + "]", s, true)) return false;
+            if (!Str(&(*j)[i], path + "[" + std::to_string(i) + "]", s, true, kMaxLineChars)) return false;
             out.push_back(s);
         }
         return true;
@@ -308,6 +328,7 @@ bool ScenarioFromJson(const core::Json& json, Scenario& out, std::string& error)
 
     if (const core::Json* w = json.Get("watchers")) {
         if (!r.Array(w, "watchers", 0, false)) return false;
+        if (w->Size() > kMaxWatchers) return r.Fail("watchers", "more than " + std::to_string(kMaxWatchers) + " watchers");
         for (std::size_t i = 0; i < w->Size(); ++i) {
             const std::string wp = "watchers[" + std::to_string(i) + "]";
             const core::Json& e = (*w)[i];
@@ -330,6 +351,7 @@ bool ScenarioFromJson(const core::Json& json, Scenario& out, std::string& error)
         if (!r.Int(deals, "deals", 1, 1000, g.randomDeals)) return false;
     } else if (deals->IsArray()) {
         if (deals->Size() == 0) return r.Fail("deals", "the list is empty");
+        if (deals->Size() > kMaxDeals) return r.Fail("deals", "more than " + std::to_string(kMaxDeals) + " deals");
         for (std::size_t i = 0; i < deals->Size(); ++i) {
             ScriptedDeal d;
             if (!ReadDeal(r, (*deals)[i], "deals[" + std::to_string(i) + "]", g, d)) return false;
@@ -345,6 +367,10 @@ bool ScenarioFromJson(const core::Json& json, Scenario& out, std::string& error)
 }
 
 bool ParseScenario(const std::string& text, Scenario& out, std::string& error) {
+    if (text.size() > kMaxScenarioBytes) {
+        error = "scenario: larger than " + std::to_string(kMaxScenarioBytes >> 20) + " MB";
+        return false;
+    }
     core::Json json;
     std::string why;
     if (!core::Json::Parse(text, json, why)) {

@@ -178,3 +178,28 @@ TEST(StartupSequence, FailedChecksStopBeforeAnythingIsWritten) {
         EXPECT_FALSE(std::filesystem::exists(PathFromUtf8(r.folders.ProgramFolder) / "Work"));
     }
 }
+
+namespace {
+
+// Temporary files a crashed run left beside the player's files go at start,
+// in the program and the work folder; nothing else of the player's does.
+TEST(StartupLeftovers, OurOwnTempFilesAreRemovedAtStart) {
+    Rig r;
+    std::filesystem::create_directories(r.dir.Path() / "Work");
+    const char* ours[] = {"TarvelloS.INI.tmp~", "Alert.TXT.tmp~", "Work/03_05_001.spd.tmp~", "Work/RecordNILs.BAK.tmp",
+                          "Work/RecordNILs.TXT.tmp~"};
+    const char* theirs[] = {"notes.tmp", "Alert.TXT", "~", ".tmp~x", "Work/RecordNILs.BAK", "Work/other.BAK.tmp",
+                            "Work/03_05_001.spd"};
+    for (const char* f : ours) r.dir.Put(f, "half");
+    for (const char* f : theirs) r.dir.Put(f, "keep");
+    std::filesystem::create_directories(r.dir.Path() / "Work" / "Sub");
+    r.dir.Put("Work/Sub/deep.tmp~", "not ours to look into");
+    const StartupOutcome out = r.Run();
+    ASSERT_TRUE(out.Continue);
+    EXPECT_EQ(out.RemovedTempFiles.size(), std::size(ours));
+    for (const char* f : ours) EXPECT_FALSE(std::filesystem::exists(r.dir.Path() / f)) << f;
+    for (const char* f : theirs) EXPECT_EQ(r.dir.Get(f), "keep") << f;
+    EXPECT_TRUE(std::filesystem::exists(r.dir.Path() / "Work" / "Sub" / "deep.tmp~"));
+}
+
+}  // namespace

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include <utility>
 
 #include "core/text.h"
@@ -138,8 +140,13 @@ TEST(TextFiles, FailuresAreReportedNotThrown) {
     EXPECT_TRUE(lines.empty());
     std::filesystem::create_directory(dir.Path() / "Taken");
     EXPECT_FALSE(ReadTextFile(dir.File("Taken"), 1252, lines)) << "a folder reads as no file";
-    EXPECT_FALSE(WriteTextFile(dir.File("no/such/folder/x.txt"), {"x"}, 1252));
+    // Each failure names the file and says why, in the system's words.
+    const SaveResult missing = WriteTextFile(dir.File("no/such/folder/x.txt"), {"x"}, 1252);
+    EXPECT_EQ(std::tuple(missing.Saved, missing.Path), std::tuple(false, dir.File("no/such/folder/x.txt")));
+    EXPECT_NE(missing.Reason.find("No such file or directory"), std::string::npos) << missing.Reason;
     // A folder standing where the file should go is left alone.
-    EXPECT_FALSE(WriteTextFile(dir.File("Taken"), {"x"}, 1252));
+    const SaveResult taken = WriteTextFile(dir.File("Taken"), {"x"}, 1252);
+    EXPECT_FALSE(taken.Saved);
+    EXPECT_NE(taken.Reason.find("cannot replace the file"), std::string::npos) << taken.Reason;
     EXPECT_TRUE(std::filesystem::is_directory(dir.Path() / "Taken"));
 }

@@ -228,3 +228,43 @@ TEST_F(NilHistoryFile, AReportThatCannotBeReadIsNotReplaced) {
     EXPECT_TRUE(fs::is_directory(report));
     EXPECT_EQ(Bytes("trace.log"), "Error in WriteNilHistory, Error code = 75\r\n");
 }
+
+namespace {
+
+// A report that is there but is no report of ours (garbage, or the same
+// report saved as UTF-16) is kept aside, byte for byte, before a new one is
+// written, even on the day of its last change when no backup is due.
+TEST_F(NilHistoryFile, AnUnparseableReportIsKeptAsideBeforeANewOne) {
+    std::string utf16;
+    for (const auto& l : NilReportLines(Counts({{0, 5, 1}}), false, clock.Now()))
+        for (char c : l + "\r\n") utf16 += std::string{c, '\0'};
+    const std::string garbage("\x8f\x01zq\xff\xfe\x00\x13 not a report", 24);
+    for (const std::string& old : {utf16, garbage}) {
+        tmp.Put("RecordNILs.TXT", old);
+        for (const auto& e : fs::directory_iterator(dir))
+            if (e.path().filename().string().find(".unreadable-") != std::string::npos) fs::remove(e.path());
+        core::SaveResult save;
+        ASSERT_EQ(WriteNilHistory(Deal({{0, "N", 0}}), {200, 180}, Ctx(), clock, &save), NilHistoryResult::Written);
+        EXPECT_TRUE(save.Saved);
+        ASSERT_EQ(save.SetAside, core::PathToUtf8(report) + ".unreadable-20261121-220509");
+        EXPECT_EQ(tmp.Get("RecordNILs.TXT.unreadable-20261121-220509"), old);
+        EXPECT_NE(Bytes().find("Success 1,  Failure 0"), std::string::npos);
+    }
+    // A report of ours is read on, nothing set aside.
+    core::SaveResult save;
+    ASSERT_EQ(WriteNilHistory(Deal({{0, "N", 0}}), {200, 180}, Ctx(), clock, &save), NilHistoryResult::Written);
+    EXPECT_EQ(save.SetAside, "");
+    EXPECT_NE(Bytes().find("Success 2,  Failure 0"), std::string::npos);
+}
+
+// A report that cannot be written says why, with its path.
+TEST_F(NilHistoryFile, AFailedWriteSaysWhy) {
+    fs::create_directory(dir / "RecordNILs.TXT.tmp~");
+    core::SaveResult save;
+    EXPECT_EQ(WriteNilHistory(Deal({{0, "N", 0}}), {200, 180}, Ctx(), clock, &save), NilHistoryResult::Error);
+    EXPECT_FALSE(save.Saved);
+    EXPECT_EQ(save.Path, core::PathToUtf8(report));
+    EXPECT_NE(save.Reason.find("Is a directory"), std::string::npos) << save.Reason;
+}
+
+}  // namespace

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
+#include "scoring/deal_checks.h"
+
 namespace sim {
 namespace {
 
@@ -85,3 +89,31 @@ TEST(SimRules, GameOver) {
 
 }  // namespace
 }  // namespace sim
+
+namespace {
+
+// The companion's check of a score line agrees with the game's scoring over
+// every kind of deal: made, set, Nils, two Nil bidders, bag penalties.
+TEST(SimRulesAgainstChecks, ScoreLineCheckAgreesWithTheGame) {
+    std::mt19937 rng(7);
+    const std::array<std::string, 4> kinds = {"N", "D", "1", "13"};
+    for (int n = 0; n < 2000; ++n) {
+        std::array<std::string, 4> bids;
+        for (auto& b : bids) {
+            const int r = static_cast<int>(rng() % 16);
+            b = r < 2 ? kinds[static_cast<std::size_t>(r)] : std::to_string(r % 7 + 1);
+        }
+        std::array<int, 4> tricks{};
+        for (int left = 13, s = 0; s < 4; ++s) {
+            tricks[static_cast<std::size_t>(s)] = s == 3 ? left : static_cast<int>(rng() % static_cast<unsigned>(left + 1));
+            left -= tricks[static_cast<std::size_t>(s)];
+        }
+        const sim::ScoreLine prev = {static_cast<int>(rng() % 600) - 100, static_cast<int>(rng() % 10),
+                                     static_cast<int>(rng() % 600) - 100, static_cast<int>(rng() % 10)};
+        const sim::ScoreLine next = sim::ScoreDeal(prev, bids, tricks);
+        EXPECT_EQ(scoring::CheckScoreLine(prev, next, bids, tricks), "")
+            << bids[0] << " " << bids[1] << " " << bids[2] << " " << bids[3];
+    }
+}
+
+}  // namespace

@@ -113,6 +113,35 @@ TEST(SimScenario, TopLevelErrorsNameTheMember) {
     }
 }
 
+// Hostile sizes and numbers are refused with the key named, before the
+// simulator would run for hours or a number overflow its conversion.
+TEST(SimScenario, LimitsOfSizesAndNumbers) {
+    const core::Json good = OneDealScenario(Sample());
+    core::Json hugeRating = core::Json::Array(), manyDeals = core::Json::Array(), longName = *good.Get("players");
+    for (double r : {1e300, 1534.0, -1e19, 1701.0}) hugeRating.Push(r);
+    for (int i = 0; i < 1001; ++i) manyDeals.Push(DealJson(Sample()));
+    core::Json players = core::Json::Array();
+    players.Push(std::string(100000, 'x'));
+    for (const char* p : {"b", "c", "d"}) players.Push(p);
+    const struct {
+        const char* key;
+        core::Json value;
+        std::string want;
+    } rows[] = {
+        {"ratings", hugeRating, "ratings[0]: must be a whole number up to 999999999 or a text"},
+        {"deals", manyDeals, "deals: more than 1000 deals"},
+        {"players", players, "players[0]: longer than 64 characters"},
+    };
+    for (const auto& r : rows) {
+        core::Json j = good;
+        j.Set(r.key, r.value);
+        ExpectError(ErrorOf(j), r.want);
+    }
+    // Brackets nested beyond any scenario, and a file beyond any scenario.
+    EXPECT_NE(ErrorOfText(std::string(100000, '[') + std::string(100000, ']')).find("nesting too deep"), std::string::npos);
+    EXPECT_NE(ErrorOfText(std::string(9u << 20, ' ')).find("larger than"), std::string::npos);
+}
+
 TEST(SimScenario, HandAndBidErrors) {
     const ScriptedDeal good = Sample();
     using Change = std::function<void(ScriptedDeal&)>;
