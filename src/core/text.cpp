@@ -465,8 +465,8 @@ SaveResult WriteTextFile(const std::string& path, const std::vector<std::string>
 }
 
 SaveResult WriteFileBytes(const std::string& path, const std::string& bytes) {
-    const std::error_code ec = platform::ReplaceFileDurably(PathFromUtf8(path), bytes);
-    if (ec) return SaveResult::Failed(path, "cannot replace the file: " + ec.message());
+    const platform::ReplaceFailure failed = platform::ReplaceFileDurably(PathFromUtf8(path), bytes);
+    if (failed) return SaveResult::Failed(path, std::string(failed.Step) + ": " + failed.Error.message());
     return SaveResult::Ok(path);
 }
 

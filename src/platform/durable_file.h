@@ -12,9 +12,17 @@ namespace platform {
 // The temporary file next to `target` that a replacement writes first.
 [[nodiscard]] std::filesystem::path ReplacementTempPath(const std::filesystem::path& target);
 
+// Why a replacement failed: the step that failed and what the system said.
+struct ReplaceFailure {
+    std::error_code Error;
+    const char* Step = "";
+    explicit operator bool() const { return static_cast<bool>(Error); }
+};
+
 // Writes `bytes` to the temporary file, flushes them to the disk, renames the
 // file over `target` and flushes the folder entry. On failure the error is
-// returned, `target` is untouched and no temporary file is left behind.
-[[nodiscard]] std::error_code ReplaceFileDurably(const std::filesystem::path& target, std::string_view bytes);
+// returned with its step, `target` is untouched and no temporary file is
+// left behind.
+[[nodiscard]] ReplaceFailure ReplaceFileDurably(const std::filesystem::path& target, std::string_view bytes);
 
 }  // namespace platform

@@ -16,7 +16,7 @@ Companion::Companion(const platform::Desktop& desktop, platform::Clock& clock, c
                      CompanionEvents* events)
     : Companion(desktop, clock, std::move(folders), readers, events, nullptr, nullptr) {}
 
-Companion::Companion(platform::Desktop& desktop, platform::Clock& clock, core::Folders folders, GameReaders& readers,
+Companion::Companion(const platform::Desktop& desktop, platform::Clock& clock, core::Folders folders, GameReaders& readers,
                      CompanionEvents* events, reading::Capture* cap, reading::WinTitles* titles)
     : e_(desktop, clock, std::move(folders), readers, events ? *events : nullEvents_, cap, titles),
       windows_(e_),

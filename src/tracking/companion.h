@@ -106,7 +106,7 @@ public:
 private:
     // Both public constructors come here; null `cap`/`titles` when the
     // readers read no pixels.
-    Companion(platform::Desktop& desktop, platform::Clock& clock, core::Folders folders, GameReaders& readers,
+    Companion(const platform::Desktop& desktop, platform::Clock& clock, core::Folders folders, GameReaders& readers,
               CompanionEvents* events, reading::Capture* cap, reading::WinTitles* titles);
     bool LoadSettingsAndLists();
     void WindowPass();

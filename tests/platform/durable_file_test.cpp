@@ -109,10 +109,11 @@ TEST(DurableReplace, ADiskFullHalfwayKeepsTheOldFile) {
     rlimit tight = saved;
     tight.rlim_cur = 4096;
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &tight), 0);
-    const std::error_code ec = ReplaceFileDurably(dir / "SpadesHistory.TXT", std::string(100000, 'n'));
+    const auto failed = ReplaceFileDurably(dir / "SpadesHistory.TXT", std::string(100000, 'n'));
     setrlimit(RLIMIT_FSIZE, &saved);
     std::signal(SIGXFSZ, previous);
-    EXPECT_TRUE(ec);
+    EXPECT_TRUE(failed);
+    EXPECT_STREQ(failed.Step, "cannot write the temporary file");
     EXPECT_EQ(dir.Get("SpadesHistory.TXT"), "old history\r\n");
     EXPECT_EQ(dir.Names(), std::vector<std::string>{"SpadesHistory.TXT"});
 }

@@ -38,19 +38,19 @@ void SyncFolder(const std::filesystem::path& target) {
 
 }  // namespace
 
-std::error_code ReplaceFileDurably(const std::filesystem::path& target, std::string_view bytes) {
+ReplaceFailure ReplaceFileDurably(const std::filesystem::path& target, std::string_view bytes) {
     const std::filesystem::path temp = ReplacementTempPath(target);
     // O_NOFOLLOW: a link planted under the temporary name must not redirect
     // the write elsewhere.
     const int fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0666);
-    if (fd < 0) return LastError();
-    std::error_code ec = WriteAll(fd, bytes);
-    if (!ec && ::fsync(fd) != 0) ec = LastError();
-    if (::close(fd) != 0 && !ec) ec = LastError();
-    if (!ec && ::rename(temp.c_str(), target.c_str()) != 0) ec = LastError();
-    if (ec) {
+    if (fd < 0) return {LastError(), "cannot create a temporary file"};
+    ReplaceFailure failed{WriteAll(fd, bytes), "cannot write the temporary file"};
+    if (!failed && ::fsync(fd) != 0) failed = {LastError(), "cannot flush the file to disk"};
+    if (::close(fd) != 0 && !failed) failed = {LastError(), "cannot write the temporary file"};
+    if (!failed && ::rename(temp.c_str(), target.c_str()) != 0) failed = {LastError(), "cannot replace the file"};
+    if (failed) {
         ::unlink(temp.c_str());
-        return ec;
+        return failed;
     }
     SyncFolder(target);
     return {};

@@ -25,19 +25,19 @@ std::error_code WriteAll(HANDLE file, std::string_view bytes) {
 
 }  // namespace
 
-std::error_code ReplaceFileDurably(const std::filesystem::path& target, std::string_view bytes) {
+ReplaceFailure ReplaceFileDurably(const std::filesystem::path& target, std::string_view bytes) {
     const std::filesystem::path temp = ReplacementTempPath(target);
     HANDLE file = CreateFileW(temp.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
                               FILE_ATTRIBUTE_NORMAL | FILE_FLAG_WRITE_THROUGH, nullptr);
-    if (file == INVALID_HANDLE_VALUE) return LastError();
-    std::error_code ec = WriteAll(file, bytes);
-    if (!ec && !FlushFileBuffers(file)) ec = LastError();
-    if (!CloseHandle(file) && !ec) ec = LastError();
-    if (!ec && !MoveFileExW(temp.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
-        ec = LastError();
-    if (ec) {
+    if (file == INVALID_HANDLE_VALUE) return {LastError(), "cannot create a temporary file"};
+    ReplaceFailure failed{WriteAll(file, bytes), "cannot write the temporary file"};
+    if (!failed && !FlushFileBuffers(file)) failed = {LastError(), "cannot flush the file to disk"};
+    if (!CloseHandle(file) && !failed) failed = {LastError(), "cannot write the temporary file"};
+    if (!failed && !MoveFileExW(temp.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+        failed = {LastError(), "cannot replace the file"};
+    if (failed) {
         DeleteFileW(temp.c_str());
-        return ec;
+        return failed;
     }
     return {};
 }
