@@ -10,7 +10,6 @@
 
 #include "core/text.h"
 #include "players/alert_list.h"
-#include "core/text.h"
 
 namespace {
 
@@ -40,7 +39,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     players::AlertList list;
     players::ReadDefaultAlertList(list);
     std::int32_t builtIn = list.AlertCount;
-    Check(players::ReadAlertList(in, list, codePage) == players::AlertFileResult::Ok);
+    const players::AlertFileResult read = players::ReadAlertList(in, list, codePage);
+    // Bytes that are no text (a NUL among them) are refused whole: the
+    // built-in entries stay and nothing of the file is taken.
+    if (bytes.find('\0') != std::string::npos) {
+        Check(read == players::AlertFileResult::Unreadable && list.FileUnreadable);
+        Check(list.AlertCount == builtIn);
+        return 0;
+    }
+    Check(read == players::AlertFileResult::Ok);
     Check(list.SeparatorIndex() == builtIn);
     Check(list.Size() > list.AlertCount);
     for (std::int32_t i = 1; i <= list.AlertCount; ++i) Check(!list.Entry(i).empty());
