@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
+#include "core/player_files.h"
 #include "core/text.h"
-#include "platform/sim/virtual_clock.h"
 #include "platform/sim/sim_desktop.h"
-#include "core/text.h"
+#include "platform/sim/virtual_clock.h"
 #include "players/ratings.h"
 
 namespace {
@@ -37,6 +37,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const std::string& line : lines) players::RecordedRatingText(line, japanese);
     players::FindRenewedRating(lines, lines.empty() ? std::string("x") : core::Left(lines[0], 5));
 
+    // Each input starts from an empty folder: copies set aside by earlier
+    // inputs would otherwise pile up.
+    std::error_code ec;
+    for (const auto& e : std::filesystem::directory_iterator(dir, ec)) std::filesystem::remove(e.path(), ec);
     std::string path = dir + "/SpadesHistory.TXT";
     if (!core::WriteFileBytes(path, old)) return 0;
     platform::SimDesktop desktop;
@@ -57,6 +61,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     std::string now;
     Check(core::ReadFileBytes(path, now));
+    // A history that is no text is copied aside whole and a new one begins.
+    if (!core::LooksLikeText(old)) {
+        int aside = 0;
+        for (const auto& e : std::filesystem::directory_iterator(dir, ec)) {
+            if (e.path().filename().string().find(".unreadable-") == std::string::npos) continue;
+            std::string kept;
+            Check(core::ReadFileBytes(e.path().string(), kept) && kept == old);
+            ++aside;
+        }
+        Check(aside == 1);
+        old.clear();
+    }
     if (ratings.LastHistory == players::HistoryResult::Written) {
         std::size_t end = now.find("\r\n");
         Check(end != std::string::npos);
