@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include "core/json.h"
 #include "core/text.h"
@@ -24,7 +25,7 @@ struct CliRun {
 
 // Runs the tool with these arguments: exit code, stdout as JSON lines, stderr.
 CliRun Cli(const std::string& args) {
-    const std::string errPath = (fs::temp_directory_path() / "tarvellos_cli_replay_stderr.txt").string();
+    const std::string errPath = (fs::temp_directory_path() / ("tarvellos_cli_replay_stderr_" + std::to_string(::getpid()) + ".txt")).string();
     const std::string cmd = std::string(TARVELLOS_CLI) + " " + args + " 2>'" + errPath + "'";
     CliRun r;
     FILE* f = popen(cmd.c_str(), "r");
@@ -50,12 +51,12 @@ struct CliReplay : ::testing::Test {
     void TearDown() override { fs::remove_all(out); }
 
     CliRun Replay(const std::string& scenario) {
-        const std::string path = (fs::temp_directory_path() / "tarvellos_cli_replay.json").string();
+        const std::string path = (fs::temp_directory_path() / ("tarvellos_cli_replay_" + std::to_string(::getpid()) + ".json")).string();
         std::ofstream(path, std::ios::binary) << scenario;
         return Cli("replay '" + path + "' --out '" + out + "'");
     }
 
-    const std::string out = (fs::temp_directory_path() / "tarvellos_cli_replay_out").string();
+    const std::string out = (fs::temp_directory_path() / ("tarvellos_cli_replay_out_" + std::to_string(::getpid()))).string();
 };
 
 // One list of the counter's labels joined by "|".

@@ -7,6 +7,8 @@
 #include <filesystem>
 #include <sstream>
 
+#include <unistd.h>
+
 #include "core/text.h"
 #include "display/deal_record.h"
 #include "sim/scenario.h"
@@ -17,8 +19,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// Per process: two builds' test runs at once (or a run left behind) must
+// never share a home, or one deletes the other's records mid-game.
 std::string TempHome(const std::string& name) {
-    auto p = fs::temp_directory_path() / ("tarvellos_session_" + name);
+    auto p = fs::temp_directory_path() / ("tarvellos_session_" + std::to_string(::getpid()) + "_" + name);
     fs::remove_all(p);
     return p.string();
 }

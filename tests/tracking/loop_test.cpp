@@ -2,6 +2,7 @@
 // pause, the trick turnover, the winner bookkeeping, the capture driver's
 // retries and codes, and the right counter after a deal is filed.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -132,7 +133,7 @@ class LoopTest : public ::testing::Test {
 protected:
     void SetUp() override {
         home = (std::filesystem::temp_directory_path() /
-                ("tarvellos_loop_" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name())))
+                ("tarvellos_loop_" + std::to_string(::getpid()) + "_" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name())))
                    .string();
         std::filesystem::remove_all(home);
         std::filesystem::create_directories(std::filesystem::path(home) / "Work");
