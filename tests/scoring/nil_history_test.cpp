@@ -238,7 +238,8 @@ TEST_F(NilHistoryFile, AnUnparseableReportIsKeptAsideBeforeANewOne) {
     std::string utf16;
     for (const auto& l : NilReportLines(Counts({{0, 5, 1}}), false, clock.Now()))
         for (char c : l + "\r\n") utf16 += std::string{c, '\0'};
-    const std::string garbage("\x8f\x01zq\xff\xfe\x00\x13 not a report", 24);
+    static const char kGarbage[] = "\x8f\x01zq\xff\xfe\x00\x13 not a report";
+    const std::string garbage(kGarbage, sizeof kGarbage - 1);
     for (const std::string& old : {utf16, garbage}) {
         tmp.Put("RecordNILs.TXT", old);
         for (const auto& e : fs::directory_iterator(dir))
