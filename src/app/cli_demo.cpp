@@ -1,7 +1,6 @@
 // tarvellos-cli demo: the companion follows a simulated game of about twelve
 // deals in virtual time and tells, deal by deal, what it read and filed.
 
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -15,6 +14,7 @@
 #include "core/text.h"
 #include "platform/console.h"
 #include "platform/system_info.h"
+#include "platform/temp_folder.h"
 #include "sim/scenario.h"
 #include "replay/json_lines.h"
 #include "replay/program_files.h"
@@ -38,15 +38,10 @@ constexpr const char* kDemoScenario = R"JSON({
 // A new folder of the demo's own under the system's temporary folder, so a
 // player's files are never touched; kept after the run to be looked at.
 std::string FreshHome(std::string& error) {
-    std::error_code ec;
-    const std::string base = (std::filesystem::temp_directory_path(ec) / "tarvellos-demo-XXXXXX").string();
-    std::vector<char> name(base.begin(), base.end());
-    name.push_back('\0');
-    if (ec || !mkdtemp(name.data())) {
-        error = std::string("cannot create a folder for the demo: ") + std::strerror(errno);
-        return "";
-    }
-    return name.data();
+    std::string why;
+    const std::optional<std::string> home = platform::MakeFreshTempFolder("tarvellos-demo", why);
+    if (!home) error = "cannot create a folder for the demo: " + why;
+    return home.value_or("");
 }
 
 std::string Side(int we, int they) { return std::to_string(we) + " / " + std::to_string(they); }
