@@ -1,6 +1,10 @@
 // tarvellos-game.exe as the companion meets it: real top-level windows with
 // the game's titles and frame, whose buttons open the sub-windows when the
 // desktop backend clicks them, wherever the table has been moved.
+// The game's headers first: windows.h defines macros (near, far) that their
+// inline code uses as names.
+#include "sim/render_table.h"
+
 #ifndef NOMINMAX
 #define NOMINMAX
 #endif
@@ -15,7 +19,7 @@
 #include <thread>
 
 #include "platform/factory/open_desktop.h"
-#include "sim/render_table.h"
+#include "win32/wait_for.h"
 
 namespace {
 
@@ -23,14 +27,7 @@ using platform::Point;
 using platform::Rect;
 using platform::WindowHandle;
 
-bool WaitFor(const std::function<bool()>& done, int ms = 20000) {
-    const auto until = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
-    while (!done()) {
-        if (std::chrono::steady_clock::now() > until) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-    return true;
-}
+bool WaitFor(const std::function<bool()>& done, int ms = 20000) { return win32_test::WaitFor(done, ms); }
 
 class GameProcess {
 public:

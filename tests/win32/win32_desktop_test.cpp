@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "platform/factory/open_desktop.h"
+#include "win32/wait_for.h"
 #include "platform/image.h"
 
 namespace {
@@ -33,15 +34,7 @@ std::uint32_t PatternAt(int x, int y) {
                          static_cast<std::uint32_t>((x + y) * 3) & 0xF8);
 }
 
-// Waits for `done` with a time limit, never a fixed sleep.
-bool WaitFor(const std::function<bool()>& done, int ms = 5000) {
-    const auto until = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
-    while (!done()) {
-        if (std::chrono::steady_clock::now() > until) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    return true;
-}
+bool WaitFor(const std::function<bool()>& done, int ms = 5000) { return win32_test::WaitFor(done, ms); }
 
 class TargetWindow {
 public:

@@ -73,6 +73,15 @@ std::int32_t CopyFromDc(HDC src, const Rect& bounds, const Rect& region, std::ve
     return lines > 0 ? lines : 0;
 }
 
+// Waits (briefly) until the window's own thread has handled what was just
+// done to it: a window of another process is raised, shown or hidden by its
+// thread later, and a click sent before then can meet the cursor where the
+// raise put it back (so it is under Wine).
+void SettleWith(WindowHandle h) {
+    DWORD_PTR ignored = 0;
+    SendMessageTimeoutW(Hwnd(h), WM_NULL, 0, 0, SMTO_ABORTIFHUNG | SMTO_BLOCK, 250, &ignored);
+}
+
 BOOL CALLBACK Collect(HWND w, LPARAM out) {
     reinterpret_cast<std::vector<WindowHandle>*>(out)->push_back(Handle(w));
     return TRUE;
@@ -143,20 +152,27 @@ std::optional<Point> Win32Desktop::ClientOrigin(WindowHandle h) {
 Point Win32Desktop::ScreenSize() { return {GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)}; }
 
 bool Win32Desktop::Move(WindowHandle h, const Rect& outer) {
-    return IsWindow(h) && MoveWindow(Hwnd(h), outer.Left, outer.Top, outer.Width(), outer.Height(), TRUE) != 0;
+    if (!IsWindow(h) || !MoveWindow(Hwnd(h), outer.Left, outer.Top, outer.Width(), outer.Height(), TRUE)) return false;
+    SettleWith(h);
+    return true;
 }
 
 void Win32Desktop::SetTopmost(WindowHandle h, bool topmost) {
     if (!IsWindow(h)) return;
     SetWindowPos(Hwnd(h), topmost ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+    SettleWith(h);
 }
 
 void Win32Desktop::Minimize(WindowHandle h) {
-    if (IsWindow(h)) ShowWindow(Hwnd(h), SW_MINIMIZE);
+    if (!IsWindow(h)) return;
+    ShowWindow(Hwnd(h), SW_MINIMIZE);
+    SettleWith(h);
 }
 
 void Win32Desktop::Restore(WindowHandle h) {
-    if (IsWindow(h)) ShowWindow(Hwnd(h), SW_RESTORE);
+    if (!IsWindow(h)) return;
+    ShowWindow(Hwnd(h), SW_RESTORE);
+    SettleWith(h);
 }
 
 std::int32_t Win32Desktop::CopyRegion(WindowHandle h, Area area, const Rect& region, std::vector<std::uint16_t>& bits) {
@@ -192,13 +208,26 @@ std::optional<Point> Win32Desktop::CursorPos() {
 void Win32Desktop::SetCursorPos(Point p) { ::SetCursorPos(p.X, p.Y); }
 
 void Win32Desktop::LeftClick() {
-    // Press and release in one call, so no other input comes between them.
-    INPUT in[2];
+    // Press and release in one call, so no other input comes between them,
+    // led by a move to where the cursor stands: the press then carries its
+    // own position, and a cursor update still on its way from another
+    // process (as under Wine, right after SetCursorPos) cannot misplace it.
+    POINT at;
+    if (!GetCursorPos(&at)) return;
+    const LONG left = GetSystemMetrics(SM_XVIRTUALSCREEN), top = GetSystemMetrics(SM_YVIRTUALSCREEN);
+    const LONG w = std::max(GetSystemMetrics(SM_CXVIRTUALSCREEN), 1), h = std::max(GetSystemMetrics(SM_CYVIRTUALSCREEN), 1);
+    // The system maps a normalised n to pixel n * size / 65536 (rounded
+    // down); the smallest n that maps to the pixel hits it exactly.
+    auto norm = [](LONG pixel, LONG size) { return static_cast<LONG>((static_cast<long long>(pixel) * 65536 + size - 1) / size); };
+    INPUT in[3];
     std::memset(in, 0, sizeof in);
-    in[0].type = in[1].type = INPUT_MOUSE;
-    in[0].mi.dwFlags = MOUSEEVENTF_LEFTDOWN;
-    in[1].mi.dwFlags = MOUSEEVENTF_LEFTUP;
-    SendInput(2, in, sizeof(INPUT));
+    in[0].type = in[1].type = in[2].type = INPUT_MOUSE;
+    in[0].mi.dx = norm(at.x - left, w);
+    in[0].mi.dy = norm(at.y - top, h);
+    in[0].mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE | MOUSEEVENTF_VIRTUALDESK;
+    in[1].mi.dwFlags = MOUSEEVENTF_LEFTDOWN;
+    in[2].mi.dwFlags = MOUSEEVENTF_LEFTUP;
+    SendInput(3, in, sizeof(INPUT));
 }
 
 void Win32Desktop::PlaySystemSound(const std::string& alias) {
