@@ -23,6 +23,8 @@
 #define NOMINMAX
 #endif
 #include <windows.h>
+// windows.h names a function of its own OpenDesktop.
+#undef OpenDesktop
 
 namespace {
 
