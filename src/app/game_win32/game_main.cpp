@@ -25,7 +25,10 @@ int main(int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
-        return app.exit(e);
+        // Help is a success; any other parse error is a usage error (2), as
+        // for the console tool.
+        const int code = app.exit(e);
+        return code == 0 ? 0 : 2;
     }
 
     sim::Scenario scenario;
