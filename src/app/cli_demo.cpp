@@ -1,7 +1,6 @@
 // tarvellos-cli demo: the companion follows a simulated game of about twelve
 // deals in virtual time and tells, deal by deal, what it read and filed.
 
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -15,7 +14,9 @@
 #include "core/text.h"
 #include "platform/console.h"
 #include "platform/system_info.h"
+#include "platform/temp_folder.h"
 #include "sim/scenario.h"
+#include "replay/demo_scenario.h"
 #include "replay/json_lines.h"
 #include "replay/program_files.h"
 #include "replay/session.h"
@@ -25,28 +26,13 @@ namespace app {
 
 namespace {
 
-constexpr const char* kDemoScenario = R"JSON({
-  "start": "2026-03-05T21:00:00", "language": 1, "screen": [1280, 1024],
-  "table": {"name": "Oak", "host": "alice", "dnilPass": false, "suicide": false},
-  "settings": ["MyYahooID = me_player", "BidTrickCounter = (*,0),(*,0)", "AlertNilBids = yes"],
-  "alertFile": ["righty_two(Staller),"],
-  "players": ["me_player", "lefty_one", "partner_x", "righty_two"],
-  "ratings": ["1534", "1620", "1480", "1701"],
-  "watchers": [["kibitz_a", "1500"]],
-  "deals": 12, "seed": 2})JSON";
-
 // A new folder of the demo's own under the system's temporary folder, so a
 // player's files are never touched; kept after the run to be looked at.
 std::string FreshHome(std::string& error) {
-    std::error_code ec;
-    const std::string base = (std::filesystem::temp_directory_path(ec) / "tarvellos-demo-XXXXXX").string();
-    std::vector<char> name(base.begin(), base.end());
-    name.push_back('\0');
-    if (ec || !mkdtemp(name.data())) {
-        error = std::string("cannot create a folder for the demo: ") + std::strerror(errno);
-        return "";
-    }
-    return name.data();
+    std::string why;
+    const std::optional<std::string> home = platform::MakeFreshTempFolder("tarvellos-demo", why);
+    if (!home) error = "cannot create a folder for the demo: " + why;
+    return home.value_or("");
 }
 
 std::string Side(int we, int they) { return std::to_string(we) + " / " + std::to_string(they); }
@@ -88,12 +74,10 @@ int RunDemo(const Args& args) {
 
     sim::Scenario scenario;
     std::string error;
-    if (!sim::ParseScenario(kDemoScenario, scenario, error)) {
+    if (!replay::DemoScenario(scenario, error, a.Seed, a.Deals)) {
         std::fprintf(stderr, "tarvellos-cli demo: built-in scenario: %s\n", error.c_str());
         return 1;
     }
-    if (a.Seed >= 0) scenario.game.seed = static_cast<std::uint32_t>(a.Seed);
-    if (a.Deals > 0) scenario.game.randomDeals = static_cast<int>(a.Deals);
     std::string home = a.Home;
     if (home.empty()) home = FreshHome(error);
     if (home.empty()) {
