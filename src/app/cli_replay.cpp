@@ -50,10 +50,8 @@ int RunReplay(const Args& args) {
         std::fflush(stdout);
     };
     session.Events.OnGameOver = [&](const tracking::GameOver& g) {
-        const auto& score = g.Score;
-        const auto& saves = g.Saves;
-        lost.Add(saves);
-        std::printf("%s\n", replay::GameOverJson(score, saves).Dump().c_str());
+        lost.Add(g.Saves);
+        std::printf("%s\n", replay::GameOverJson(g).Dump().c_str());
         std::fflush(stdout);
     };
     if (!session.Start()) {

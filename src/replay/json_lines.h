@@ -19,7 +19,9 @@ namespace replay {
 void AddSaves(core::Json& line, const std::vector<core::SaveResult>& saves);
 
 core::Json FiledDealJson(int deal, const tracking::FiledDeal& d, const std::vector<core::SaveResult>& saves = {});
-core::Json GameOverJson(const scoring::ScoreRows::Row& score, const std::vector<core::SaveResult>& saves = {});
+// The score, and the rating read after the game: "rating", "ratingRecorded"
+// (a history line was written) and "ratingNote" (why or why not).
+core::Json GameOverJson(const tracking::GameOver& g);
 
 // Remembers every failed save of a run, each file once, to name them at the end.
 class LostSaves {

@@ -276,7 +276,7 @@ bool ScenarioFromJson(const core::Json& json, Scenario& out, std::string& error)
     Scenario sc;
     if (!json.IsObject()) return r.Fail("scenario", "must be a JSON object");
     if (!r.Keys(json, "", {"start", "language", "screen", "table", "settings", "alertFile", "players", "ratings",
-                           "watchers", "codepage", "deals", "seed"}))
+                           "watchers", "codepage", "deals", "seed", "games", "ratingsAfterGame"}))
         return false;
 
     std::string start;
@@ -345,6 +345,20 @@ bool ScenarioFromJson(const core::Json& json, Scenario& out, std::string& error)
         g.seed = static_cast<std::uint32_t>(v);
     }
 
+    if (const core::Json* after = json.Get("ratingsAfterGame")) {
+        if (!r.Array(after, "ratingsAfterGame", 0, false)) return false;
+        if (after->Size() > kMaxDeals) return r.Fail("ratingsAfterGame", "more than " + std::to_string(kMaxDeals) + " games");
+        for (std::size_t i = 0; i < after->Size(); ++i) {
+            const std::string gp = "ratingsAfterGame[" + std::to_string(i) + "]";
+            if (!r.Array(&(*after)[i], gp, kSeats)) return false;
+            std::array<std::string, kSeats> texts;
+            for (int s = 0; s < kSeats; ++s)
+                if (!r.Text(&(*after)[i][static_cast<std::size_t>(s)], gp + "[" + std::to_string(s) + "]", texts[s]))
+                    return false;
+            g.ratingsAfterGame.push_back(texts);
+        }
+    }
+
     const core::Json* deals = json.Get("deals");
     if (!deals) return r.Fail("deals", "missing");
     if (deals->IsNumber()) {
@@ -359,6 +373,11 @@ bool ScenarioFromJson(const core::Json& json, Scenario& out, std::string& error)
         }
     } else {
         return r.Fail("deals", "must be a number of random deals or a list of deals");
+    }
+
+    if (const core::Json* games = json.Get("games")) {
+        if (!deals->IsNumber()) return r.Fail("games", "goes with a number of random deals");
+        if (!r.Int(games, "games", 1, 100, g.games)) return false;
     }
 
     g.userSeat = UserSeatFromSettings(sc.settings, g.players);

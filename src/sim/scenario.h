@@ -8,9 +8,12 @@
 //    "watchers": [["kibitz_a", "1500"]], "codepage": 1252,
 //    "deals": [{"dealer": 0, "hands": [[13 cards] x 4], "bids": [4],
 //               "play": [[4 cards by seat] x 13]}] or a number of random deals,
-//    "seed": 7}
+//    "seed": 7, "games": 3, "ratingsAfterGame": [[4 texts by seat], ...]}
 //
-// alertFile, watchers, codepage, seed and each deal's play are optional.
+// alertFile, watchers, codepage, seed, games, ratingsAfterGame and each
+// deal's play are optional. "games" ends random deals after that many
+// finished games; "ratingsAfterGame" gives the player list's ratings after
+// each finished game.
 #pragma once
 
 #include <string>

@@ -36,6 +36,7 @@ struct GameOver {
     scoring::ScoreRows::Row Score{};
     std::string Rating;           // the rating read after the game ("" = none read)
     bool RatingRecorded = false;  // a history line was written
+    std::string RatingNote;       // why it was or was not written ("recorded", "unchanged since ...")
     std::vector<core::SaveResult> Saves;
 };
 

@@ -203,8 +203,7 @@ void GameWindows::GetSubWindows() {
         newTableSeen_ = true;
         lastTableWindow_ = game_;
         e_.Models.frmZ.Caption = reading::TableCaption(kProgramCaption, tableTitle_);
-        if (e_.Rating) e_.Rating->MyRating.Caption.clear();
-        e_.ReadShowRating(0, game_);
+        SearchRating();
         OpenSubWindows(254);
         e_.Clock.Wait(800);
         FindGameWindows();
@@ -232,6 +231,20 @@ void GameWindows::GetSubWindows() {
                 lt.Rect = e_.Desktop.windows.WindowRect(lt.Handle).value_or(lt.Rect);
             }
         }
+    }
+}
+
+void GameWindows::SearchRating() {
+    if (!e_.Rating) return;
+    e_.Rating->MyRating.Caption.clear();
+    for (int i = 1; i <= kRatingSearchTries; ++i) {
+        if (i > 1) {
+            // The game may still be filling its player list.
+            e_.Readers.ReadPlayerList(e_.Table);
+            e_.UpdateTableNames();
+        }
+        e_.ReadShowRating(0, game_);
+        if (!core::Trim(e_.Rating->MyRating.Caption).empty()) return;
     }
 }
 

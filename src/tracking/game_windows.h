@@ -14,6 +14,9 @@ namespace tracking {
 
 constexpr int kMaxListedWindows = 1000;
 constexpr int kMaxPopups = 100;
+// Readings of the user's rating when a new table opens (the game may still
+// be filling its player list).
+constexpr int kRatingSearchTries = 30;
 
 struct ListedWindow {
     platform::WindowHandle Handle = 0;
@@ -67,6 +70,8 @@ public:
     void SetScreenSize(platform::Point p) { screen_ = p; }
 
 private:
+    // Reads the user's rating at a new table until the label shows one.
+    void SearchRating();
     void MoveGame(const platform::Rect& r);
     void ShowTop(int mode, platform::WindowHandle h);
 

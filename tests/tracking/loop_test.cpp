@@ -39,7 +39,13 @@ struct FakeReaders final : tracking::GameReaders {
         ++tableReads;
         i = info;
     }
-    void ReadPlayerList(tracking::TableInfo& i) override { i.PlayerList = info.PlayerList; }
+    int listReads = 0, listShownAfter = 0;  // the list stays empty for the first reads
+    tracking::BoxStatus boxStatus;
+    void ReadPlayerList(tracking::TableInfo& i) override {
+        ++listReads;
+        i.PlayerList = listReads > listShownAfter ? info.PlayerList : std::vector<std::string>{};
+    }
+    tracking::BoxStatus LastBoxStatus() const override { return boxStatus; }
     int CaptureBid(tracking::Bids4& b, int& n, int& loc) override {
         ++bidCalls;
         if (duringBid) duringBid();
@@ -617,5 +623,23 @@ TEST_F(LoopTest, OwnWindowsAreNeverTakenForTheGame) {
     EXPECT_NE(app->Models().frmZ.Caption.find("Oak"), std::string::npos) << "our own window was taken for the game";
     EXPECT_FALSE(desk.Find(ours)->Topmost) << "our own window was taken for a popup";
 }
+
+// A new table's player list may still be empty: the rating is read again,
+// each time from the list read afresh, up to 30 times; the sub-windows are
+// opened whatever came of it.
+class RatingSearch : public LoopTest, public ::testing::WithParamInterface<int> {};
+
+TEST_P(RatingSearch, ANewTableTriesUpTo30Times) {
+    const int emptyReads = GetParam();
+    fake.info.PlayerList = {"kibitz_a,1500", "me_player,1612"};
+    fake.info.ButtonXY[1] = {100, 120};
+    fake.listShownAfter = emptyReads;
+    ASSERT_NO_FATAL_FAILURE(Boot({"MyYahooID = me_player"}));
+    EXPECT_EQ(fake.listReads, std::min(emptyReads + 1, 30));
+    EXPECT_EQ(core::Trim(app->Rating()->MyRating.Caption), emptyReads < 30 ? "1612" : "");
+    EXPECT_EQ(desk.Clicks().size(), 1u) << "the sub-window button was not pressed";
+}
+
+INSTANTIATE_TEST_SUITE_P(EmptyListReads, RatingSearch, ::testing::Values(0, 4, 29, 1000));
 
 }  // namespace

@@ -1,0 +1,125 @@
+// Flows of the companion seen from outside, on the simulated game read from
+// pixels: the rating after each game, the table's flags and status label,
+// the narrowed 624-pixel table, and the player's commands pressed by a
+// scenario's actions at their virtual times.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "core/text.h"
+#include "replay/program_files.h"
+#include "replay/session.h"
+#include "sim/scenario.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string kTable = R"("start": "2026-03-05T21:00:00", "language": 1,
+ "table": {"name": "Oak", "host": "alice", "dnilPass": false, "suicide": false},
+ "players": ["me_player", "lefty_one", "partner_x", "righty_two"], "seed": 3,)";
+
+// A session in a fresh program folder of its own, from the scenario's members
+// after the table's (screen and settings default to a wide screen and the
+// user's ID).
+struct Sitting {
+    Sitting(const std::string& name, const std::string& members, const std::string& screen = "[1280, 1024]",
+        const std::string& settings = R"J(["MyYahooID = me_player", "BidTrickCounter = (*,0),(*,0)"])J")
+        : home((fs::temp_directory_path() / ("tarvellos_flows_" + name)).string()),
+          s(Parse("{" + kTable + R"("screen": )" + screen + R"(, "settings": )" + settings + ", " + members + "}"),
+            Fresh(home)) {
+        const replay::ProgramFiles pf = replay::WriteProgramFiles(s.Scenario, home);
+        EXPECT_TRUE(pf.Ok) << pf.Error;
+        s.Events.OnGameOver = [this](const tracking::GameOver& g) { games.push_back(g); };
+        s.Events.OnDealFiled = [this](const tracking::FiledDeal&) { ++filed; };
+    }
+    ~Sitting() { fs::remove_all(home); }
+
+    static sim::Scenario Parse(const std::string& text) {
+        sim::Scenario sc;
+        std::string error;
+        EXPECT_TRUE(sim::ParseScenario(text, sc, error)) << error << "\n" << text;
+        return sc;
+    }
+    static std::string Fresh(const std::string& home) {
+        fs::remove_all(home);
+        return home;
+    }
+    std::vector<std::string> History() const {
+        std::vector<std::string> lines;
+        (void)core::ReadTextFile(core::JoinPath(home, "SpadesHistory.TXT"), 1252, lines);
+        return lines;
+    }
+
+    std::string home;
+    replay::Session s;
+    std::vector<tracking::GameOver> games;
+    int filed = 0;
+};
+
+// ---------------------------------------------------------------------------
+// Ratings
+// ---------------------------------------------------------------------------
+
+// The list shows the ratings the scenario gives after each game: a new one is
+// recorded, the same one again is not; the companion reads it from the list.
+TEST(RatingsAfterGames, RecordedWhenChangedOnly) {
+    Sitting r("ratings", R"("ratings": ["1534", "1620", "1480", "1701"], "deals": 200, "games": 2,
+        "ratingsAfterGame": [["1561", "1600", "1490", "1690"], ["1561", "1610", "1470", "1720"]])");
+    ASSERT_TRUE(r.s.Start());
+    ASSERT_TRUE(r.s.Run());
+    ASSERT_EQ(r.games.size(), 2u);
+    EXPECT_EQ(core::Trim(r.games[0].Rating) + " " + r.games[0].RatingNote, "1561 recorded");
+    EXPECT_TRUE(r.games[0].RatingRecorded);
+    EXPECT_EQ(core::Trim(r.games[1].Rating) + " " + r.games[1].RatingNote, "1561 unchanged since the last recorded game");
+    EXPECT_FALSE(r.games[1].RatingRecorded);
+    const auto lines = r.History();
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_EQ(core::Left(lines[0], 5), "1561 ");
+    EXPECT_EQ(r.s.Game.Game().State().players[1].rating, "1610");
+}
+
+// A provisional player's first rating shows only in the table's text area;
+// the companion reads it there and records the number, not "prov".
+TEST(RatingsAfterGames, ProvisionalRatingReadFromTheTextArea) {
+    Sitting r("provisional", R"("ratings": ["provisional", "1620", "1480", "1701"], "deals": 200, "games": 1,
+        "ratingsAfterGame": [["1488", "1620", "1480", "1701"]])");
+    ASSERT_TRUE(r.s.Start());
+    r.s.Advance(20000);
+    EXPECT_EQ(r.s.App.Rating()->MyRating.Caption, "prov");
+    ASSERT_TRUE(r.s.Run());
+    ASSERT_EQ(r.games.size(), 1u);
+    EXPECT_EQ(r.s.Game.Game().State().textArea, std::vector<std::string>{"me_player newrating: 1488"});
+    EXPECT_EQ(r.s.Game.Game().State().players[0].rating, "provisional") << "the list changes with the next game";
+    const auto lines = r.History();
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_EQ(core::Left(lines[0], 5), "1488 ");
+    // The text area as the reader reads it: the name, then the number.
+    EXPECT_EQ(r.s.Screen.Readers.RatingLines(), std::vector<std::string>{"me_playernewrating:1488"});
+}
+
+// Without ratings given, the user's rating moves a few points after each game.
+TEST(RatingsAfterGames, WithoutThemTheUsersRatingMoves) {
+    sim::Scenario sc = Sitting::Parse("{" + kTable + R"("screen": [1280, 1024], "settings": [],
+        "ratings": ["1534", "1620", "1480", "1701"], "deals": 200, "games": 3})");
+    platform::VirtualClock clock(sc.start);
+    sim::SpadesGame game(clock, sc.game);
+    game.Start();
+    std::vector<std::string> seen;
+    std::size_t events = 0;
+    while (!game.State().finished && clock.Elapsed() < 6u * 3600 * 1000) {
+        clock.Wait(1000);
+        for (; events < game.Events().size(); ++events)
+            if (game.Events()[events].kind == sim::EventKind::GameOver) seen.push_back(game.State().players[0].rating);
+    }
+    ASSERT_EQ(seen.size(), 3u);
+    std::string before = "1534";
+    for (const std::string& now : seen) {
+        const int step = std::abs(core::ValInt(now) - core::ValInt(before));
+        EXPECT_TRUE(step >= 3 && step <= 11) << before << " -> " << now;
+        before = now;
+    }
+    EXPECT_EQ(game.State().players[1].rating, "1620") << "the others' ratings stay";
+}
+
+}  // namespace
