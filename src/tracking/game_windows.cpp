@@ -194,7 +194,9 @@ void GameWindows::PlaceSubWindow(int slot) {
 
 void GameWindows::GetSubWindows() {
     e_.Readers.SetGameWindow(game_, e_.LanguageRow());
+    const bool dnilPassBefore = e_.Table.DNilPassTable, suicideBefore = e_.Table.SuicideTable;
     e_.Readers.ReadTableInfo(e_.Table);
+    e_.SignalTableFlags(dnilPassBefore, suicideBefore);
     if (e_.Table.GameLanguage != 0) e_.Language = LanguageOfRow(e_.Table.GameLanguage);
     const bool newTable = e_.Table.BoxFound && (game_ != lastTableWindow_ || !newTableSeen_);
     if (newTable) {

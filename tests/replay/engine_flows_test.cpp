@@ -16,8 +16,8 @@ namespace {
 namespace fs = std::filesystem;
 
 const std::string kTable = R"("start": "2026-03-05T21:00:00", "language": 1,
- "table": {"name": "Oak", "host": "alice", "dnilPass": false, "suicide": false},
  "players": ["me_player", "lefty_one", "partner_x", "righty_two"], "seed": 3,)";
+const std::string kPlainTable = R"("table": {"name": "Oak", "host": "alice", "dnilPass": false, "suicide": false},)";
 
 // A session in a fresh program folder of its own, from the scenario's members
 // after the table's (screen and settings default to a wide screen and the
@@ -64,7 +64,7 @@ struct Sitting {
 // The list shows the ratings the scenario gives after each game: a new one is
 // recorded, the same one again is not; the companion reads it from the list.
 TEST(RatingsAfterGames, RecordedWhenChangedOnly) {
-    Sitting r("ratings", R"("ratings": ["1534", "1620", "1480", "1701"], "deals": 200, "games": 2,
+    Sitting r("ratings", kPlainTable + R"("ratings": ["1534", "1620", "1480", "1701"], "deals": 200, "games": 2,
         "ratingsAfterGame": [["1561", "1600", "1490", "1690"], ["1561", "1610", "1470", "1720"]])");
     ASSERT_TRUE(r.s.Start());
     ASSERT_TRUE(r.s.Run());
@@ -82,7 +82,7 @@ TEST(RatingsAfterGames, RecordedWhenChangedOnly) {
 // A provisional player's first rating shows only in the table's text area;
 // the companion reads it there and records the number, not "prov".
 TEST(RatingsAfterGames, ProvisionalRatingReadFromTheTextArea) {
-    Sitting r("provisional", R"("ratings": ["provisional", "1620", "1480", "1701"], "deals": 200, "games": 1,
+    Sitting r("provisional", kPlainTable + R"("ratings": ["provisional", "1620", "1480", "1701"], "deals": 200, "games": 1,
         "ratingsAfterGame": [["1488", "1620", "1480", "1701"]])");
     ASSERT_TRUE(r.s.Start());
     r.s.Advance(20000);
@@ -100,7 +100,7 @@ TEST(RatingsAfterGames, ProvisionalRatingReadFromTheTextArea) {
 
 // Without ratings given, the user's rating moves a few points after each game.
 TEST(RatingsAfterGames, WithoutThemTheUsersRatingMoves) {
-    sim::Scenario sc = Sitting::Parse("{" + kTable + R"("screen": [1280, 1024], "settings": [],
+    sim::Scenario sc = Sitting::Parse("{" + kTable + kPlainTable + R"("screen": [1280, 1024], "settings": [],
         "ratings": ["1534", "1620", "1480", "1701"], "deals": 200, "games": 3})");
     platform::VirtualClock clock(sc.start);
     sim::SpadesGame game(clock, sc.game);
@@ -120,6 +120,62 @@ TEST(RatingsAfterGames, WithoutThemTheUsersRatingMoves) {
         before = now;
     }
     EXPECT_EQ(game.State().players[1].rating, "1620") << "the others' ratings stay";
+}
+
+// ---------------------------------------------------------------------------
+// The table's flags and the BOX status
+// ---------------------------------------------------------------------------
+
+// A Double Nil pass table is signalled once, a suicide table three times,
+// each with the alert sound and named in red, when the player asked for it;
+// unasked, the flag is only known.
+TEST(TableFlags, SignalledWhenAskedFor) {
+    struct Row {
+        bool suicide;
+        const char* setting;
+        int alarms;
+        const char* label;
+    };
+    const Row rows[] = {{false, "AlertDnilPassTable = yes", 1, "DNil Pass Table ! "},
+                        {true, "AlertSuicideTable = yes", 3, "Suicide Table ! "},
+                        {true, "AlertDnilPassTable = yes", 0, ""}};
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.setting + std::string(row.suicide ? " suicide" : " dnil"));
+        const std::string table = std::string(R"("table": {"name": "Oak", "host": "alice", "dnilPass": )") +
+                                  (row.suicide ? "false" : "true") + R"(, "suicide": )" + (row.suicide ? "true" : "false") + "},";
+        Sitting r("flags", table + R"("ratings": ["1534", "1620", "1480", "1701"], "deals": 1)", "[1280, 1024]",
+                  std::string(R"(["MyYahooID = me_player", ")") + row.setting + "\"]");
+        ASSERT_TRUE(r.s.Start());
+        r.s.Advance(15000);
+        const auto& z = r.s.App.Models().frmZ;
+        EXPECT_EQ(r.s.App.Table().SuicideTable, row.suicide);
+        EXPECT_EQ(r.s.App.Table().DNilPassTable, !row.suicide);
+        EXPECT_EQ(z.VisualAlarms, row.alarms);
+        EXPECT_EQ(z.lblMsg.Caption, row.label);
+        if (row.alarms > 0) {
+            EXPECT_TRUE(z.lblMsg.Visible);
+            EXPECT_EQ(z.lblMsg.ForeColor, core::Red);
+            EXPECT_EQ(z.lblMsg.TextFont.Size, 14);
+        }
+        // The box was searched for and found: its corner in blue.
+        EXPECT_EQ(z.lblBoxState.Caption, "236,247");
+        EXPECT_EQ(z.lblBoxState.ForeColor, core::Blue);
+    }
+}
+
+// On an 800-pixel screen the game window is narrowed to 624 pixels; the
+// English table then has its known layout, the player list lower down, and
+// the box needs no search.
+TEST(NarrowTable, The624LayoutIsReadWithoutASearch) {
+    Sitting r("narrow", kPlainTable + R"("ratings": ["1534", "1620", "1480", "1701"], "deals": 2)", "[800, 600]",
+              R"J(["MyYahooID = me_player", "Reduce SpadesWindow = 624", "BidTrickCounter = (*,0),(*,0)"])J");
+    ASSERT_TRUE(r.s.Start());
+    ASSERT_TRUE(r.s.Run());
+    EXPECT_EQ(r.filed, 2);
+    EXPECT_EQ(r.s.Desktop.WindowRect(r.s.Game.TableWindow()).value_or(platform::Rect{}).Width(), 624);
+    EXPECT_EQ(r.s.App.Models().frmZ.lblBoxState.Caption, "Box OK") << "no search was made";
+    EXPECT_EQ(core::Trim(r.s.App.Rating()->MyRating.Caption), "1534") << "the list read at its lower place";
+    EXPECT_TRUE(r.s.App.ErrorLog().empty()) << r.s.App.ErrorLog().front();
 }
 
 }  // namespace

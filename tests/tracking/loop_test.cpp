@@ -586,6 +586,26 @@ TEST_F(LoopTest, CaptureCodesRetriesAndTheirMessages) {
     EXPECT_EQ(e.ErrorLog.back(), "Error occurred in reading score.");
 }
 
+// The bid step's reading errors, in the English and the Japanese interface.
+TEST_F(LoopTest, BidStepReadingErrorsInBothInterfaces) {
+    BootRig({"BidTrickCounter = (*,0),(*,0)"});
+    fake.bidCode = 0;
+    fake.bidCount = 1;
+    fake.bids = {"3", "", "", ""};
+    std::vector<std::string> shown;
+    for (const bool jpn : {false, true}) {
+        rig->e.Settings.JPN = jpn;
+        for (const int code : {2, 4}) {
+            fake.scoreCode = code;
+            rig->e.Deal = tracking::DealState{};
+            (void)rig->bids.Step(false);
+            shown.push_back(rig->e.ErrorLog.empty() ? "" : rig->e.ErrorLog.back());
+        }
+    }
+    EXPECT_EQ(shown, (std::vector<std::string>{"Error occurred in reading score.", "Error occurred in reading player names.",
+                                               "Spades Score 読み取りのエラー.", "競技者名読み取りのエラー."}));
+}
+
 // Deadlines are compared across the wrap of the tick counter; the pause keeps
 // what was left of the sub-window jobs and gives it back on resume, and leaves
 // the other jobs alone.
