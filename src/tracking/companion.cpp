@@ -177,6 +177,8 @@ void Companion::KeepOnTop() {
     if (st.CardPlay == 2) e_.Events.RaiseWindow(CompanionWindow::CardPlay);
     if (e_.Models.frmErrMsg.Visible) e_.Events.RaiseWindow(CompanionWindow::ErrMsg);
     if (e_.Models.frmHelpBid.Window.Visible) e_.Events.RaiseWindow(CompanionWindow::HelpBid);
+    // The remaining-cards box (frmMyBOX) is the box-state window.
+    if (st.RemainingCards == 2) e_.Events.RaiseWindow(CompanionWindow::RemainingCards);
     if (st.BoxState == 2) e_.Events.RaiseWindow(CompanionWindow::BoxState);
     if (st.ScoreWindow == 2) e_.Events.RaiseWindow(CompanionWindow::Score);
     const int shown = e_.Models.Counters.CounterShown;

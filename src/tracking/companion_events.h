@@ -67,9 +67,13 @@ public:
     std::function<void(const std::string&)> OnError;
     std::function<void(const std::string&)> OnTrace;
     std::function<void()> OnModelsChanged;
+    std::function<void(CompanionWindow)> OnRaiseWindow;
 
     void ModelsChanged() override {
         if (OnModelsChanged) OnModelsChanged();
+    }
+    void RaiseWindow(CompanionWindow w) override {
+        if (OnRaiseWindow) OnRaiseWindow(w);
     }
     void DealFiled(const FiledDeal& d) override {
         if (OnDealFiled) OnDealFiled(d);

@@ -662,4 +662,29 @@ TEST_P(RatingSearch, ANewTableTriesUpTo30Times) {
 
 INSTANTIATE_TEST_SUITE_P(EmptyListReads, RatingSearch, ::testing::Values(0, 4, 29, 1000));
 
+// Every tick that gets that far puts the companion windows that are kept on
+// top back on top: card play, error, bid help, score window and the current
+// counter; a window not kept on top is left where it is.
+TEST_F(LoopTest, CompanionWindowsKeptOnTopEveryTick) {
+    using tracking::CompanionWindow;
+    std::vector<CompanionWindow> raised;
+    events.OnRaiseWindow = [&](CompanionWindow w) { raised.push_back(w); };
+    Boot({"MyYahooID = me_player", "CountCards = yes (*,0)", "PasteScoreTable = yes (*,0)",
+          "BidTrickCounter = (*,0),(*,0)", "HelpBidIn4thSeat = yes (*,0)"});
+    auto count = [&](CompanionWindow w) { return std::count(raised.begin(), raised.end(), w); };
+    app->Tick();
+    raised.clear();
+    app->Tick();
+    EXPECT_EQ(count(CompanionWindow::CardPlay), 1);
+    EXPECT_EQ(count(CompanionWindow::Score), 1);
+    EXPECT_EQ(count(CompanionWindow::ErrMsg), 0) << "the error window is not shown";
+    EXPECT_EQ(count(CompanionWindow::RemainingCards), 0) << "not switched on";
+    app->CaptureHandNow();  // nothing to read: the error window shows
+    ASSERT_TRUE(app->Models().frmErrMsg.Visible);
+    raised.clear();
+    app->Tick();
+    EXPECT_EQ(count(CompanionWindow::ErrMsg), 1);
+    EXPECT_EQ(count(CompanionWindow::CardPlay), 1);
+}
+
 }  // namespace
