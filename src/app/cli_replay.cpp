@@ -24,7 +24,7 @@ int RunReplay(const Args& args) {
     }
     sim::Scenario scenario;
     std::string error;
-    if (!sim::ParseScenario(text, scenario, error)) {
+    if (!replay::ParseSessionScenario(text, scenario, error)) {
         std::fprintf(stderr, "tarvellos-cli replay: %s: %s\n", a.Scenario.c_str(), error.c_str());
         return 1;
     }
@@ -52,6 +52,10 @@ int RunReplay(const Args& args) {
     session.Events.OnGameOver = [&](const tracking::GameOver& g) {
         lost.Add(g.Saves);
         std::printf("%s\n", replay::GameOverJson(g).Dump().c_str());
+        std::fflush(stdout);
+    };
+    session.OnAction = [&](const replay::Action& act) {
+        std::printf("%s\n", replay::ActionJson(act, session.App).Dump().c_str());
         std::fflush(stdout);
     };
     if (!session.Start()) {

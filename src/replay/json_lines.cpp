@@ -65,6 +65,18 @@ core::Json GameOverJson(const tracking::GameOver& g) {
     return j;
 }
 
+core::Json ActionJson(const Action& a, const tracking::Companion& app) {
+    core::Json j = core::Json::Object();
+    j.Set("action", a.What);
+    j.Set("shown", app.ShownRecordName());
+    core::Json files = core::Json::Array();
+    const auto& box = app.Models().filBox;
+    for (const std::string& name : box.Entries) files.Push(name);
+    j.Set("files", files);
+    if (app.Models().frmErrMsg.Visible) j.Set("error", app.Models().frmErrMsg.Text);
+    return j;
+}
+
 void LostSaves::Add(const std::vector<core::SaveResult>& saves) {
     for (const auto& s : saves) {
         if (s.Saved) continue;

@@ -276,7 +276,7 @@ bool ScenarioFromJson(const core::Json& json, Scenario& out, std::string& error)
     Scenario sc;
     if (!json.IsObject()) return r.Fail("scenario", "must be a JSON object");
     if (!r.Keys(json, "", {"start", "language", "screen", "table", "settings", "alertFile", "players", "ratings",
-                           "watchers", "codepage", "deals", "seed", "games", "ratingsAfterGame"}))
+                           "watchers", "codepage", "deals", "seed", "games", "ratingsAfterGame", "actions"}))
         return false;
 
     std::string start;
@@ -356,6 +356,24 @@ bool ScenarioFromJson(const core::Json& json, Scenario& out, std::string& error)
                 if (!r.Text(&(*after)[i][static_cast<std::size_t>(s)], gp + "[" + std::to_string(s) + "]", texts[s]))
                     return false;
             g.ratingsAfterGame.push_back(texts);
+        }
+    }
+
+    if (const core::Json* actions = json.Get("actions")) {
+        if (!r.Array(actions, "actions", 0, false)) return false;
+        if (actions->Size() > kMaxLines) return r.Fail("actions", "more than " + std::to_string(kMaxLines) + " actions");
+        for (std::size_t i = 0; i < actions->Size(); ++i) {
+            ScenarioAction a;
+            a.path = "actions[" + std::to_string(i) + "]";
+            const core::Json& j = (*actions)[i];
+            if (!j.IsObject()) return r.Fail(a.path, "must be an object with at, do and arg");
+            if (!r.Keys(j, a.path, {"at", "do", "arg"})) return false;
+            std::string at;
+            if (!r.Str(j.Get("at"), a.path + ".at", at)) return false;
+            if (!ParseStart(at, a.at)) return r.Fail(a.path + ".at", "\"" + at + "\" is not a date and time like 2026-03-05T21:09:00");
+            if (!r.Str(j.Get("do"), a.path + ".do", a.command)) return false;
+            if (const core::Json* arg = j.Get("arg")) a.arg = *arg;
+            sc.actions.push_back(std::move(a));
         }
     }
 

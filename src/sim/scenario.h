@@ -25,6 +25,16 @@
 
 namespace sim {
 
+// A command of the player, pressed at a local time of the session. The
+// simulator only keeps it; the session that runs the companion knows the
+// commands and checks them.
+struct ScenarioAction {
+    platform::LocalTime at;
+    std::string command;
+    core::Json arg;    // null when the action has none
+    std::string path;  // "actions[2]", for messages
+};
+
 struct Scenario {
     platform::LocalTime start;
     int language = 1;  // row of the game's title table (1 English, 2 Japanese, 3 German, 5 Italian, 6-9 Spanish)
@@ -33,6 +43,7 @@ struct Scenario {
     std::vector<std::string> settings;   // lines of the user's settings file
     std::vector<std::string> alertFile;  // lines of the user's alert list
     GameSetup game;                      // table, players, user seat, deals, seed
+    std::vector<ScenarioAction> actions;  // in the order given
 };
 
 // Strict reading; on failure `error` names the member that is wrong

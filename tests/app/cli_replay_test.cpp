@@ -139,6 +139,7 @@ TEST_F(CliReplay, BadScenariosNameWhatIsWrong) {
         {kHead + R"( "deals": [{"dealer": 0, "hands": [)" + kHands + badCard + R"(], "bids": ["1","2","3","4"]}]})",
          "deals[0]"},
         {kHead + R"( "deals": 0})", ""},
+        {kHead + R"( "deals": 1, "actions": [{"at": "2026-03-05T21:05:00", "do": "fly"}]})", "actions[0].do"},
     };
     for (const auto& [scenario, says] : rows) {
         CliRun r = Replay(scenario);

@@ -178,4 +178,127 @@ TEST(NarrowTable, The624LayoutIsReadWithoutASearch) {
     EXPECT_TRUE(r.s.App.ErrorLog().empty()) << r.s.App.ErrorLog().front();
 }
 
+// ---------------------------------------------------------------------------
+// The player's commands, pressed by a scenario's actions
+// ---------------------------------------------------------------------------
+
+// What the player sees after each action, one line each.
+std::string Snapshot(const replay::Session& s) {
+    const auto& app = s.App;
+    const auto& box = app.Models().filBox;
+    std::string files;
+    for (const std::string& f : box.Entries) files += f + " ";
+    const auto* alerts = app.Alerts();
+    std::string line = "shown=" + app.ShownRecordName() + " files=" + files + "online=" +
+                       std::to_string(static_cast<int>(app.Online()));
+    if (alerts) {
+        line += " alert=" + (alerts->View.AlertName.Visible ? alerts->View.AlertName.Caption : std::string("-"));
+        line += alerts->View.cmdAlertNone.Visible ? " none-button" : "";
+    }
+    return line + " timer=" + app.Models().frmZ.cmdTimer.Caption;
+}
+
+// After the game, the player looks at a stored deal, deletes one record
+// (first undone, then confirmed), puts a player on the alert list from the
+// seat menu, asks for the table to be checked, records the rating by hand,
+// moves a counter, restarts, empties the work folder and ends: each action
+// at its time, each with its effect, and the counter's place kept for the
+// next run.
+TEST(Actions, EveryFlowOfThePlayerFromAScenario) {
+    const std::string actions = R"("actions": [
+        {"at": "2026-03-05T21:15:00", "do": "openRecord", "arg": "03_05_001"},
+        {"at": "2026-03-05T21:15:10", "do": "selectRecord", "arg": 0},
+        {"at": "2026-03-05T21:15:11", "do": "deleteRecord"},
+        {"at": "2026-03-05T21:15:12", "do": "undoDelete"},
+        {"at": "2026-03-05T21:15:20", "do": "selectRecord", "arg": 0},
+        {"at": "2026-03-05T21:15:21", "do": "deleteRecord"},
+        {"at": "2026-03-05T21:15:22", "do": "confirmDelete"},
+        {"at": "2026-03-05T21:15:25", "do": "pressNoneButton"},
+        {"at": "2026-03-05T21:15:30", "do": "chooseSeatMenuEntry", "arg": [1, "Staller"]},
+        {"at": "2026-03-05T21:15:35", "do": "pressPromptButton"},
+        {"at": "2026-03-05T21:15:40", "do": "recordRatingNow"},
+        {"at": "2026-03-05T21:15:58", "do": "pressBoardButton", "arg": 3},
+        {"at": "2026-03-05T21:16:00", "do": "restartTable"},
+        {"at": "2026-03-05T21:16:01", "do": "togglePause"},
+        {"at": "2026-03-05T21:16:30", "do": "togglePause"},
+        {"at": "2026-03-05T21:16:35", "do": "moveCompanionWindow", "arg": ["rightCounter", 700, 650]},
+        {"at": "2026-03-05T21:16:40", "do": "emptyWorkFolder", "arg": true},
+        {"at": "2026-03-05T21:16:50", "do": "end"}],)";
+    const std::string settings = R"J(["MyYahooID = me_player", "BidTrickCounter = (*,0),(*,0)", "CFG = places.txt",
+        "AskAlert = (*,0)"])J";
+    Sitting r("actions", kPlainTable + actions + R"("ratings": ["1534", "1620", "1480", "1701"], "deals": 2)",
+              "[1280, 1024]", settings);
+    ASSERT_EQ(r.s.ActionsError(), "");
+    std::vector<std::string> seen;
+    const fs::path work = fs::path(r.home) / "Work";
+    bool backedUp = false;
+    r.s.OnAction = [&](const replay::Action& a) {
+        seen.push_back(a.What.substr(a.What.find(' ') + 1) + ": " + Snapshot(r.s));
+        if (a.What.ends_with("confirmDelete")) backedUp = fs::exists(work / "BAK03_05_002.spd");
+    };
+    ASSERT_TRUE(r.s.Start());
+    ASSERT_TRUE(r.s.Run()) << "the session ends with the player's End";
+    EXPECT_TRUE(r.s.App.Ended());
+    ASSERT_EQ(r.filed, 2);
+    ASSERT_EQ(seen.size(), 18u);
+    const std::string both = "files=03_05_002 03_05_001 ";
+    EXPECT_EQ(seen[0], "openRecord: shown=03_05_001 " + both + "online=1 alert=- none-button timer=Pause");
+    EXPECT_EQ(seen[3], "undoDelete: shown=03_05_001 " + both + "online=1 alert=- none-button timer=Pause");
+    EXPECT_EQ(seen[6], "confirmDelete: shown=03_05_001 files=03_05_001 online=1 alert=- none-button timer=Pause");
+    EXPECT_TRUE(backedUp);
+    EXPECT_EQ(seen[7], "pressNoneButton: shown=03_05_001 files=03_05_001 online=1 alert=- none-button timer=Pause");
+    // The seat menu put East on the alert list with the reason; the prompt's
+    // check (at the next tick) found him at the table.
+    std::vector<std::string> alertFile;
+    ASSERT_TRUE(core::ReadTextFile(core::JoinPath(r.home, "Alert.TXT"), 1252, alertFile));
+    bool listed = false;
+    for (const auto& l : alertFile) listed = listed || (core::Contains(l, "lefty_one") && core::Contains(l, "Staller"));
+    EXPECT_TRUE(listed);
+    EXPECT_NE(seen[10].find("alert=lefty_on"), std::string::npos) << seen[10];
+    // The rating recorded by hand: a line without the game's result.
+    const auto history = r.History();
+    ASSERT_EQ(history.size(), 1u);
+    EXPECT_EQ(core::Left(history[0], 5), "1534 ");
+    EXPECT_FALSE(core::Contains(history[0], "Win") || core::Contains(history[0], "Lost")) << history[0];
+    // Restart goes off-line; the next tick finds the table again.
+    EXPECT_EQ(seen[12].substr(0, 30), "restartTable: shown=03_05_001 ");
+    EXPECT_NE(seen[12].find("online=0"), std::string::npos) << seen[12];
+    EXPECT_NE(seen[13].find("online=1"), std::string::npos) << seen[13];
+    EXPECT_EQ(r.s.Game.StrayClicks(), 0) << "a board button with no board up presses nothing";
+    EXPECT_TRUE(seen[13].ends_with(" timer=0") && seen[14].ends_with(" timer=Pause")) << seen[13] << "\n" << seen[14];
+    // "Delete ALL Work Files" gave every record its backup name.
+    EXPECT_NE(seen[16].find("files=online"), std::string::npos) << seen[16];
+    EXPECT_FALSE(fs::exists(work / "03_05_001.spd"));
+    EXPECT_TRUE(fs::exists(work / "BAK03_05_001.spd"));
+
+    // The next run finds the right counter where the player put it.
+    replay::Session again(r.s.Scenario, r.home);
+    ASSERT_TRUE(again.App.Start());
+    EXPECT_EQ(again.App.Models().Counters.frmCounter.Window.Left, 700);
+    EXPECT_EQ(again.App.Models().Counters.frmCounter.Window.Top, 650);
+}
+
+// A scenario naming a command that does not exist, or giving a command a
+// wrong argument, is refused with the member named.
+TEST(Actions, WrongActionsNameTheMember) {
+    const std::pair<std::string, std::string> rows[] = {
+        {R"({"at": "2026-03-05T21:01:00", "do": "openRecrod", "arg": "x"})", "actions[0].do: \"openRecrod\" is not a command"},
+        {R"({"at": "2026-03-05T21:01:00", "do": "pressBoardButton", "arg": 22})", "actions[0].arg: pressBoardButton needs a whole number 1 .. 21"},
+        {R"({"at": "2026-03-05T21:01:00", "do": "togglePause", "arg": 1})", "actions[0].arg: togglePause takes no arg"},
+        {R"({"at": "2026-03-05T21:01:00", "do": "chooseSeatMenuEntry", "arg": [4, "x"]})", "actions[0].arg: chooseSeatMenuEntry needs"},
+        {R"({"at": "2026-03-05T21:01:00", "do": "moveCompanionWindow", "arg": ["board", 1, 2]})", "actions[0].arg: moveCompanionWindow needs"},
+        {R"({"at": "2026-03-05T20:59:59", "do": "end"})", "actions[0].at: must lie between the start"},
+        {R"({"at": "21:01", "do": "end"})", "actions[0].at: \"21:01\" is not a date and time"},
+        {R"({"at": "2026-03-05T21:01:00", "do": "end", "when": 1})", "actions[0].when: unknown member"},
+    };
+    for (const auto& [action, says] : rows) {
+        sim::Scenario sc;
+        std::string error;
+        const std::string text = "{" + kTable + kPlainTable + R"("screen": [1280, 1024], "settings": [],
+            "ratings": ["1534", "1620", "1480", "1701"], "deals": 1, "actions": [)" + action + "]}";
+        EXPECT_FALSE(replay::ParseSessionScenario(text, sc, error)) << action;
+        EXPECT_EQ(error.substr(0, says.size()), says) << error;
+    }
+}
+
 }  // namespace
