@@ -28,14 +28,7 @@ Companion::Companion(const platform::Desktop& desktop, platform::Clock& clock, c
     Wire();
 }
 
-void Companion::Wire() {
-    e_.Cap.ReopenSubWindow = [this](int k) {
-        windows_.OpenSubWindows(k);
-        e_.Clock.Wait(800);
-        windows_.FindGameWindows();
-        windows_.FindSubWindow(k);
-    };
-}
+void Companion::Wire() { e_.Cap.SetSubWindows(&windows_); }
 
 // ---------------------------------------------------------------------------
 // The tick

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/desktop.h"
+#include "reading/pixels.h"
 #include "tracking/engine.h"
 
 namespace tracking {
@@ -18,12 +19,23 @@ constexpr int kMaxPopups = 100;
 // be filling its player list).
 constexpr int kRatingSearchTries = 30;
 
+// One of the game's windows as the finder keeps it: 0 the table, 1 "Last
+// Trick", 2 "Last Hand", 3 the score window.
+struct SubWindowSlot {
+    platform::WindowHandle Handle = 0;
+    platform::Rect Rect;
+    bool Placed = false;  // moved to its remembered place once
+    platform::Point Home;  // where the position file says it stood
+};
+
 struct ListedWindow {
     platform::WindowHandle Handle = 0;
     std::string Title;
 };
 
-class GameWindows {
+// It owns the game's window handles, and tells the capture where the
+// sub-windows are.
+class GameWindows final : public reading::SubWindowSource {
 public:
     explicit GameWindows(Engine& e) : e_(e) {}
 
@@ -64,6 +76,10 @@ public:
 
     [[nodiscard]] platform::WindowHandle Game() const { return game_; }
     [[nodiscard]] platform::WindowHandle Sub(int slot) const;
+    // The capture's questions about the sub-windows.
+    [[nodiscard]] platform::WindowHandle SubWindowHandle(int k) const override { return Sub(k); }
+    void PlaceForCapture(int k) override;
+    void ReopenSubWindow(int k) override;
     [[nodiscard]] const platform::Rect& GameRect() const { return gameRect_; }
     [[nodiscard]] platform::Point ScreenSize() const { return screen_; }
     [[nodiscard]] bool SubWindowAlive(int slot) const;
@@ -76,6 +92,7 @@ private:
     void ShowTop(int mode, platform::WindowHandle h);
 
     Engine& e_;
+    std::array<SubWindowSlot, reading::kSubWindowCount> subs_{};
     std::vector<ListedWindow> list_;
     platform::WindowHandle game_ = 0;
     std::array<int, 3> siteIndex_{-1, -1, -1};

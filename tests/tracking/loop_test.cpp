@@ -112,6 +112,7 @@ struct Rig {
         e.Seats.InitNESW(e.Settings.MyIds);
         e.Records = std::make_unique<display::RecordFiles>(clock, e.Folders, desk.Roles().system.AnsiCodePage());
         w.SetScreenSize(desk.ScreenSize());
+        e.Cap.SetSubWindows(&w);
     }
     // The table window is there: on-line as the first window pass goes.
     void GoOnline() {
@@ -685,6 +686,22 @@ TEST_F(LoopTest, CompanionWindowsKeptOnTopEveryTick) {
     app->Tick();
     EXPECT_EQ(count(CompanionWindow::ErrMsg), 1);
     EXPECT_EQ(count(CompanionWindow::CardPlay), 1);
+}
+
+// The window finder keeps the handles; a sub-window about to be copied is
+// first moved wholly onto the screen.
+TEST_F(LoopTest, SubWindowsAreFoundAndPutOnTheScreenBeforeACopy) {
+    desk.SetScreenSize(800, 600);
+    BootRig({});
+    rig->w.FindSubWindow(-1);
+    const platform::WindowHandle trick = rig->w.Sub(1);
+    ASSERT_NE(trick, 0u);
+    EXPECT_EQ(rig->e.Cap.SubWindowHandle(1), trick);
+    EXPECT_EQ(rig->e.Cap.SubWindowHandle(2), lastHand);
+    EXPECT_GT(rig->e.Cap.CaptureSubWindow(1), 0);
+    EXPECT_EQ(desk.WindowRect(trick), (platform::Rect{605, 0, 805, 200}));
+    rig->w.Forget();
+    EXPECT_EQ(rig->e.Cap.SubWindowHandle(1), 0u);
 }
 
 }  // namespace
