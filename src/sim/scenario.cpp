@@ -283,8 +283,11 @@ bool ScenarioFromJson(const core::Json& json, Scenario& out, std::string& error)
     if (!r.Str(json.Get("start"), "start", start)) return false;
     if (!ParseStart(start, sc.start)) return r.Fail("start", "\"" + start + "\" is not a date and time like 2026-03-05T21:00:00");
 
-    if (!r.Int(json.Get("language"), "language", 1, 9, sc.language)) return false;
-    if (sc.language == 4) return r.Fail("language", "4 (France) has no game titles; use 1-3 or 5-9");
+    int row = 0;
+    if (!r.Int(json.Get("language"), "language", 1, 9, row)) return false;
+    sc.language = core::LanguageOfRow(row);
+    if (sc.language == core::GameLanguage::French)
+        return r.Fail("language", "4 (France) has no game titles; use 1-3 or 5-9");
 
     const core::Json* screen = json.Get("screen");
     if (!r.Array(screen, "screen", 2)) return false;

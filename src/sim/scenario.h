@@ -19,6 +19,7 @@
 #include <string>
 #include <vector>
 
+#include "core/game_language.h"
 #include "core/json.h"
 #include "platform/clock.h"
 #include "sim/spades_game.h"
@@ -37,7 +38,7 @@ struct ScenarioAction {
 
 struct Scenario {
     platform::LocalTime start;
-    int language = 1;  // row of the game's title table (1 English, 2 Japanese, 3 German, 5 Italian, 6-9 Spanish)
+    core::GameLanguage language = core::GameLanguage::English;  // any but French and Brazilian
     int screenWidth = 1280, screenHeight = 1024;
     int codepage = 1252;
     std::vector<std::string> settings;   // lines of the user's settings file
