@@ -1,6 +1,7 @@
 // tarvellos-cli demo: the companion follows a simulated game of about twelve
 // deals in virtual time and tells, deal by deal, what it read and filed.
 
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -78,6 +79,16 @@ int RunDemo(const Args& args) {
         std::fprintf(stderr, "tarvellos-cli demo: built-in scenario: %s\n", error.c_str());
         return 1;
     }
+    if (a.Games > 0) {
+        // Whole games are played to their end unless a deal count is given too.
+        scenario.game.games = static_cast<int>(a.Games);
+        if (a.Deals <= 0) scenario.game.randomDeals = 0;
+    }
+    if (a.SameRatings) {
+        std::array<std::string, 4> now;
+        for (int s = 0; s < 4; ++s) now[static_cast<std::size_t>(s)] = scenario.game.players[static_cast<std::size_t>(s)].rating;
+        scenario.game.ratingsAfterGame.assign(100, now);
+    }
     std::string home = a.Home;
     if (home.empty()) home = FreshHome(error);
     if (home.empty()) {
@@ -96,8 +107,9 @@ int RunDemo(const Args& args) {
     const std::string work = session.App.Folders().WorkFolder();
     if (human) {
         std::printf("TarvelloS demo: the companion follows a simulated Spades table in virtual time.\n");
-        std::printf("Table Oak (host alice); you are me_player; %d deals; program folder %s\n",
-                    scenario.game.randomDeals, home.c_str());
+        const std::string length = scenario.game.games > 0 ? std::to_string(scenario.game.games) + " games"
+                                                           : std::to_string(scenario.game.randomDeals) + " deals";
+        std::printf("Table Oak (host alice); you are me_player; %s; program folder %s\n", length.c_str(), home.c_str());
         for (const std::string& kept : files.Kept) std::printf("Your own %s is used as it is.\n", kept.c_str());
         std::printf("\n");
     }
@@ -111,27 +123,28 @@ int RunDemo(const Args& args) {
         else std::printf("%s\n", replay::FiledDealJson(k, d, saves).Dump().c_str());
         std::fflush(stdout);
     };
+    int ratingLines = 0;
     session.Events.OnGameOver = [&](const tracking::GameOver& g) {
         const auto& r = g.Score;
-        const auto& saves = g.Saves;
-        lost.Add(saves);
+        lost.Add(g.Saves);
+        if (g.RatingRecorded) ++ratingLines;
         if (human) {
             const int user = session.App.UserSeat();
             const int uc = (user % 2) * 2, oc = uc ^ 2;
             std::printf("\n  *** Game over: we %d, they %d — %s. ***\n", r[uc], r[oc], r[uc] > r[oc] ? "we won" : "they won");
             if (session.App.Rating()) {
                 const auto& rating = *session.App.Rating();
-                const std::string shown = core::Trim(rating.MyRating.Caption);
+                const std::string shown = core::Trim(g.Rating);
                 if (g.RatingRecorded)
                     std::printf("  Rating %s recorded in %s\n\n", shown.c_str(), rating.LastSave.Path.c_str());
-                else if (!rating.LastSave.Path.empty())
+                else if (!rating.LastSave.Path.empty() && !rating.LastSave.Saved)
                     std::printf("  Rating %s NOT recorded: %s: %s\n\n", shown.c_str(), rating.LastSave.Path.c_str(),
                                 rating.LastSave.Reason.c_str());
                 else
-                    std::printf("  Rating %s (not a game to record)\n\n", shown.c_str());
+                    std::printf("  Rating %s not recorded: %s\n\n", shown.empty() ? "-" : shown.c_str(), g.RatingNote.c_str());
             }
         } else {
-            std::printf("%s\n", replay::GameOverJson(r, saves).Dump().c_str());
+            std::printf("%s\n", replay::GameOverJson(g).Dump().c_str());
         }
         std::fflush(stdout);
     };
@@ -150,8 +163,8 @@ int RunDemo(const Args& args) {
         const std::string nil = core::JoinPath(work, scoring::NilReportName(false));
         std::printf("  Nil history    %s%s\n", nil.c_str(), std::filesystem::exists(nil) ? "" : " (no Nil bid by your side yet)");
         if (session.App.Rating())
-            std::printf("  Rating history %s%s\n", session.App.Rating()->Options.HistoryPath.c_str(),
-                        std::filesystem::exists(session.App.Rating()->Options.HistoryPath) ? "" : " (no game finished yet)");
+            std::printf("  Rating history %s (%d line%s written in this run)\n", session.App.Rating()->Options.HistoryPath.c_str(),
+                        ratingLines, ratingLines == 1 ? "" : "s");
         if (session.App.Alerts() && !session.App.Alerts()->View.AlertName.Caption.empty())
             std::printf("  Alert label    %s\n", session.App.Alerts()->View.AlertName.Caption.c_str());
         for (const std::string& e : session.App.ErrorLog()) std::printf("  Error window   %s\n", e.c_str());

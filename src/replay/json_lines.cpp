@@ -2,6 +2,7 @@
 
 #include "core/folders.h"
 #include "core/notation.h"
+#include "core/text.h"
 #include "scoring/nil_history.h"
 
 namespace replay {
@@ -51,13 +52,28 @@ core::Json FiledDealJson(int deal, const tracking::FiledDeal& d, const std::vect
     return j;
 }
 
-core::Json GameOverJson(const scoring::ScoreRows::Row& score, const std::vector<core::SaveResult>& saves) {
+core::Json GameOverJson(const tracking::GameOver& g) {
     core::Json j = core::Json::Object();
     j.Set("gameOver", true);
     core::Json s = core::Json::Array();
-    for (int v : score) s.Push(v);
+    for (int v : g.Score) s.Push(v);
     j.Set("score", s);
-    AddSaves(j, saves);
+    j.Set("rating", core::Trim(g.Rating));
+    j.Set("ratingRecorded", g.RatingRecorded);
+    j.Set("ratingNote", g.RatingNote);
+    AddSaves(j, g.Saves);
+    return j;
+}
+
+core::Json ActionJson(const Action& a, const tracking::Companion& app) {
+    core::Json j = core::Json::Object();
+    j.Set("action", a.What);
+    j.Set("shown", app.ShownRecordName());
+    core::Json files = core::Json::Array();
+    const auto& box = app.Models().filBox;
+    for (const std::string& name : box.Entries) files.Push(name);
+    j.Set("files", files);
+    if (app.Models().frmErrMsg.Visible) j.Set("error", app.Models().frmErrMsg.Text);
     return j;
 }
 

@@ -9,6 +9,7 @@
 
 #include "core/json.h"
 #include "core/save_result.h"
+#include "replay/actions.h"
 #include "tracking/companion.h"
 
 namespace replay {
@@ -19,7 +20,14 @@ namespace replay {
 void AddSaves(core::Json& line, const std::vector<core::SaveResult>& saves);
 
 core::Json FiledDealJson(int deal, const tracking::FiledDeal& d, const std::vector<core::SaveResult>& saves = {});
-core::Json GameOverJson(const scoring::ScoreRows::Row& score, const std::vector<core::SaveResult>& saves = {});
+// The score, and the rating read after the game: "rating", "ratingRecorded"
+// (a history line was written) and "ratingNote" (why or why not).
+core::Json GameOverJson(const tracking::GameOver& g);
+
+// One per action pressed: {"action": "actions[0] openRecord", "shown":
+// the record the main window shows, "files": the file box's entries,
+// "error": the error window's text when it is shown}.
+core::Json ActionJson(const Action& a, const tracking::Companion& app);
 
 // Remembers every failed save of a run, each file once, to name them at the end.
 class LostSaves {

@@ -27,6 +27,20 @@ Session::Session(const sim::Scenario& scenario, std::string programFolder)
     Desktop.SetExecutableFolder(ProgramFolder);
     Desktop.SetAnsiCodePage(scenario.codepage);
     App.SetArchiveCheck(false);  // a simulated session may well run from a temporary folder
+    startTick_ = Clock.TickCount();
+    if (!CompileActions(Scenario, actions_, actionsError_)) actions_.clear();
+}
+
+void Session::ScheduleActions() {
+    for (std::size_t i = 0; i < actions_.size(); ++i) {
+        (void)Clock.Schedule(startTick_ + actions_[i].AfterMs, [this, i] {
+            const Action& a = actions_[i];
+            endPressed_ = endPressed_ || a.Ends;
+            a.Press(App);
+            ++pressed_;
+            if (OnAction) OnAction(a);
+        });
+    }
 }
 
 Session::~Session() { Timer.Stop(); }
@@ -35,6 +49,7 @@ bool Session::Start(bool openSubWindows) {
     if (!App.Start()) return false;
     Game.Start(openSubWindows);
     Timer.Start();
+    ScheduleActions();
     return true;
 }
 
@@ -57,7 +72,9 @@ bool Session::Run(std::uint64_t limitMs) {
     std::uint64_t finishedAt = 0, progressAt = start;
     std::size_t events = Game.Game().Events().size();
     while (limitMs == 0 || Clock.Elapsed() - start < limitMs) {
-        if (App.Ended()) return false;
+        // The player's "End" is a normal end of the session.
+        if (App.Ended()) return endPressed_;
+        const bool actionsLeft = pressed_ < actions_.size();
         if (Game.Game().Events().size() != events) {
             events = Game.Game().Events().size();
             progressAt = Clock.Elapsed();
@@ -66,11 +83,13 @@ bool Session::Run(std::uint64_t limitMs) {
         }
         if (GameFinished()) {
             if (finishedAt == 0) finishedAt = Clock.Elapsed();
-            if (App.FiledCount() >= DealsPlayed() && !App.Busy()) {
+            if (App.FiledCount() >= DealsPlayed() && !App.Busy() && !actionsLeft) {
                 Clock.Wait(1000);
                 return true;
             }
-            // The last capture comes a few seconds after the last score line.
+            // The last capture comes a few seconds after the last score line;
+            // the player may still press something after that.
+            if (actionsLeft) finishedAt = Clock.Elapsed();
             if (Clock.Elapsed() - finishedAt > kGraceMs) return false;
         }
         Clock.Wait(1000);

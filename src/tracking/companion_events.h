@@ -36,6 +36,7 @@ struct GameOver {
     scoring::ScoreRows::Row Score{};
     std::string Rating;           // the rating read after the game ("" = none read)
     bool RatingRecorded = false;  // a history line was written
+    std::string RatingNote;       // why it was or was not written ("recorded", "unchanged since ...")
     std::vector<core::SaveResult> Saves;
 };
 
@@ -66,9 +67,13 @@ public:
     std::function<void(const std::string&)> OnError;
     std::function<void(const std::string&)> OnTrace;
     std::function<void()> OnModelsChanged;
+    std::function<void(CompanionWindow)> OnRaiseWindow;
 
     void ModelsChanged() override {
         if (OnModelsChanged) OnModelsChanged();
+    }
+    void RaiseWindow(CompanionWindow w) override {
+        if (OnRaiseWindow) OnRaiseWindow(w);
     }
     void DealFiled(const FiledDeal& d) override {
         if (OnDealFiled) OnDealFiled(d);

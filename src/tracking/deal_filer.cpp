@@ -130,6 +130,9 @@ void DealFiler::GameEnd(const reading::HandRead& hand) {
     if (e_.Rating) {
         g.Rating = e_.Rating->MyRating.Caption;
         g.RatingRecorded = e_.Rating->LastHistory == players::HistoryResult::Written && e_.Rating->LastSave.Saved;
+        g.RatingNote = g.RatingRecorded || e_.Rating->LastSave.Reason.empty()
+                           ? players::HistoryResultText(e_.Rating->LastHistory)
+                           : e_.Rating->LastSave.Reason;
         if (!e_.Rating->LastSave.Path.empty()) g.Saves.push_back(e_.Rating->LastSave);
     }
     e_.PlayAlertSound(we > they ? e_.Settings.AlertWinning : e_.Settings.AlertLosing);

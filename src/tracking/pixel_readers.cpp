@@ -5,13 +5,26 @@
 namespace tracking {
 
 PixelReaders::PixelReaders(reading::Capture& cap, const reading::WinTitles& titles, platform::Sound& sound)
-    : cap_(cap), titles_(titles), table_(std::make_unique<reading::TableReader>(cap, glyphs_, titles)), cards_(cap, glyphs_, sound), score_(cap, glyphs_) {}
+    : cap_(cap), titles_(titles), cards_(cap, glyphs_, sound), score_(cap, glyphs_) {
+    NewTableReader(reading::LangUSA);
+}
+
+void PixelReaders::NewTableReader(int gameLanguage) {
+    table_ = std::make_unique<reading::TableReader>(cap_, glyphs_, titles_);
+    table_->GameLanguage = gameLanguage;
+    table_->ReduceWidth = reduceWidth_;
+    table_->BoxStatus = [this](const std::string& text, bool found) { boxStatus_ = {text, found}; };
+}
+
+void PixelReaders::SetReduceWidth(int width) {
+    reduceWidth_ = width;
+    table_->ReduceWidth = width;
+}
 
 void PixelReaders::SetGameWindow(platform::WindowHandle h, int gameLanguage) {
     if (h != window_) {
         // Another table window: its box, buttons and labels are found afresh.
-        table_ = std::make_unique<reading::TableReader>(cap_, glyphs_, titles_);
-        table_->GameLanguage = gameLanguage;
+        NewTableReader(gameLanguage);
         window_ = h;
         language_ = 0;
         lastCounts_ = {};
@@ -124,7 +137,7 @@ int PixelReaders::GetBoardStat(ButtonTable& xy) {
 
 bool PixelReaders::TestMyTurn() { return table_->TestMyTurn(); }
 
-std::vector<std::string> PixelReaders::RatingLines() { return {}; }
+std::vector<std::string> PixelReaders::RatingLines() { return table_->ReadTextArea(); }
 
 void PixelReaders::NewDeal() {
     cards_.CardsSeen = 0;

@@ -31,11 +31,15 @@ public:
     bool TestMyTurn() override;
     std::vector<std::string> RatingLines() override;
     void NewDeal() override;
+    void SetReduceWidth(int width) override;
+    [[nodiscard]] BoxStatus LastBoxStatus() const override { return boxStatus_; }
 
     reading::TableReader& Table() { return *table_; }
     reading::CardReader& Cards() { return cards_; }
 
 private:
+    void NewTableReader(int gameLanguage);
+
     reading::Capture& cap_;
     const reading::WinTitles& titles_;
     reading::GlyphTable glyphs_;
@@ -46,6 +50,8 @@ private:
     int language_ = 0;
     std::array<int, 4> lastCounts_{};
     platform::Rect scannedRect_{};
+    int reduceWidth_ = 0;
+    BoxStatus boxStatus_;
 };
 
 // The screen reading of the product, in the order it must be made: the

@@ -153,7 +153,10 @@ TEST(Session, WholeGameTo500InEnglishWritesTheRatingHistory) {
     std::vector<std::string> hist;
     ASSERT_TRUE(core::ReadTextFile(core::JoinPath(r.home, "SpadesHistory.TXT"), 1252, hist));
     ASSERT_FALSE(hist.empty());
-    EXPECT_NE(hist[0].find("1534"), std::string::npos) << hist[0];
+    // The player list shows the user's new rating after the game.
+    const std::string renewed = r.s.Game.Game().State().players[0].rating;
+    EXPECT_NE(renewed, "1534");
+    EXPECT_EQ(hist[0].substr(0, 5), renewed + " ") << hist[0];
     // The next game begins in the emptied score window, which the reader
     // shrinks; its deals are filed too, also those the shrunk window cuts off.
     const std::size_t firstGame = r.filed.size();
