@@ -21,10 +21,14 @@ void AddSaves(core::Json& line, const std::vector<core::SaveResult>& saves);
 core::Json FiledDealJson(int deal, const tracking::FiledDeal& d, const std::vector<core::SaveResult>& saves = {});
 core::Json GameOverJson(const scoring::ScoreRows::Row& score, const std::vector<core::SaveResult>& saves = {});
 
-// Remembers every failed save of a run, each file once, to name them at the end.
+// Remembers every failed save of a run, each file once, to name them at the
+// end, less those a later retry wrote.
 class LostSaves {
 public:
     void Add(const std::vector<core::SaveResult>& saves);
+    // Saves of kept deals written later: each written one takes back one
+    // loss of its file.
+    void Recovered(const std::vector<core::SaveResult>& retried);
     bool Any() const { return !lost_.empty(); }
     // One line per file: "<path> was not saved[ (n times)]: <reason>".
     std::vector<std::string> Lines() const;

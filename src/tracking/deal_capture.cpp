@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/text.h"
+#include "scoring/deal_checks.h"
 
 namespace tracking {
 
@@ -67,25 +68,66 @@ void DealCapture::Report(CaptureResult r, bool automatic) {
     }
 }
 
-CaptureResult DealCapture::ReadAndFile() {
-    if (!w_.SubWindowAlive(JobIndex(Job::LastHand))) return CaptureResult::LastHandWindowMissing;
-    if (!w_.SubWindowAlive(JobIndex(Job::ScoreWindow))) return CaptureResult::ScoreWindowMissing;
-
-    const int before = e_.Record.ScoreRowCount;
-    std::vector<ScoreLine> lines;
+int DealCapture::ReadScore(std::vector<ScoreLine>& lines) {
     int code = 0;
     for (int attempt = 1; attempt <= 5; ++attempt) {
         lines.clear();
         code = e_.Readers.CaptScore(lines);
         if (code == 0) break;
     }
-    if (code != 0) return static_cast<CaptureResult>(code);
+    return code;
+}
+
+int DealCapture::StoreScore(const std::vector<ScoreLine>& lines) {
     const int count = static_cast<int>(std::min<std::size_t>(lines.size(), display::MaxScoreRows));
     e_.Record.ScoreRowCount = count;
     for (int i = 0; i < count; ++i)
         e_.Record.ScoreRows[static_cast<std::size_t>(i)] = lines[static_cast<std::size_t>(i)];
     e_.Scores.Clear();
     for (int i = 0; i < count; ++i) e_.Scores.AddRow(lines[static_cast<std::size_t>(i)]);
+    return count;
+}
+
+int DealCapture::UserSeatOf(const reading::HandRead& hand) {
+    int p = e_.Seats.SeatAt(0);
+    if (!e_.Seats.IsAuto()) return p;
+    for (std::size_t i = 0; i < e_.Settings.MyIds.size(); ++i) {
+        if (core::Trim(e_.Settings.MyIds[i]).empty()) continue;
+        for (int s = 0; s < 4; ++s) {
+            if (players::NamesMatch(hand.Names[s], e_.Settings.MyIds[i])) {
+                if (e_.Rating) e_.Rating->MyIdIndex = static_cast<std::int32_t>(i + 1);
+                return s;
+            }
+        }
+    }
+    return p;
+}
+
+std::vector<std::string> DealCapture::RuleBreaks(const reading::HandRead& hand, int userSeat) const {
+    scoring::DealReading d;
+    for (int t = 0; t < 13; ++t)
+        for (int s = 0; s < 4; ++s) {
+            d.Cards[t][s] = hand.Cards[s][t];
+            d.Marks[t][s] = hand.Marks[s][t] == display::MarkBrackets ? 1 : 0;
+        }
+    const DealState& deal = e_.Deal;
+    for (int k = 0; k < 4; ++k)
+        d.Bids[static_cast<std::size_t>((userSeat + k) % 4)] = deal.PrevBids[k].empty() ? deal.Bids[k] : deal.PrevBids[k];
+    d.Previous = e_.Scores.At(e_.Scores.ScoreRowCount - 1);
+    d.Next = e_.Scores.At(e_.Scores.ScoreRowCount);
+    d.DoubleNilPassTable = e_.Table.DNilPassTable;
+    return scoring::CheckDeal(d);
+}
+
+CaptureResult DealCapture::ReadAndFile() {
+    if (!w_.SubWindowAlive(JobIndex(Job::LastHand))) return CaptureResult::LastHandWindowMissing;
+    if (!w_.SubWindowAlive(JobIndex(Job::ScoreWindow))) return CaptureResult::ScoreWindowMissing;
+
+    const int before = e_.Record.ScoreRowCount;
+    std::vector<ScoreLine> lines;
+    int code = ReadScore(lines);
+    if (code != 0) return static_cast<CaptureResult>(code);
+    const int count = StoreScore(lines);
     if (count == before) return CaptureResult::ScoreUnchanged;
     if (count == 0) {
         const std::string& third = e_.Models.Counters.frmCounter.cTrk[2].Caption;
@@ -93,7 +135,12 @@ CaptureResult DealCapture::ReadAndFile() {
         return CaptureResult::NewGame;
     }
 
+    // An attempt whose reading breaks a rule of the game counts as failed:
+    // the hand and the score are read again, and the fifth reading is filed
+    // whatever it shows, with the rules it breaks as a warning.
     reading::HandRead hand;
+    std::vector<std::string> broken;
+    int p = 0;
     bool emptyOnce = false;
     code = 0;
     for (int attempt = 1; attempt <= 5; ++attempt) {
@@ -102,38 +149,34 @@ CaptureResult DealCapture::ReadAndFile() {
         if (code != 0) continue;
         const bool empty =
             std::all_of(hand.Names.begin(), hand.Names.end(), [](const std::string& n) { return n.empty(); });
-        if (!empty) break;
-        if (emptyOnce) {
-            code = Code(CaptureResult::EmptyNames);
-            break;
+        if (empty) {
+            if (emptyOnce) {
+                code = Code(CaptureResult::EmptyNames);
+                break;
+            }
+            emptyOnce = true;
+            attempt = 4;  // the fifth attempt comes next
+            continue;
         }
-        emptyOnce = true;
-        attempt = 4;  // the fifth attempt comes next
+        for (int s = 0; s < 4; ++s)
+            if (hand.Names[s].empty()) hand.Names[s] = e_.Record.Names[s];
+        if (filer_.AlreadyFiled(hand)) return CaptureResult::HandUnchanged;
+        p = UserSeatOf(hand);
+        broken = RuleBreaks(hand, p);
+        if (broken.empty()) break;
+        std::string rules;
+        for (const auto& b : broken) rules += (rules.empty() ? "" : "; ") + b;
+        e_.Log("CaptureLastHand: reading " + std::to_string(attempt) + " breaks a rule: " + rules +
+               (attempt < 5 ? "; read again" : "; filed with a warning"));
+        if (attempt == 5) break;
+        std::vector<ScoreLine> again;
+        if (ReadScore(again) == 0 && static_cast<int>(std::min<std::size_t>(again.size(), display::MaxScoreRows)) == count)
+            StoreScore(again);
     }
     if (code != 0) return static_cast<CaptureResult>(code);
 
-    for (int p = 0; p < 4; ++p)
-        if (hand.Names[p].empty()) hand.Names[p] = e_.Record.Names[p];
-    if (filer_.AlreadyFiled(hand)) return CaptureResult::HandUnchanged;
-
-    // The user's seat.
-    int p = e_.Seats.SeatAt(0);
-    if (e_.Seats.IsAuto()) {
-        bool found = false;
-        for (std::size_t i = 0; i < e_.Settings.MyIds.size() && !found; ++i) {
-            if (core::Trim(e_.Settings.MyIds[i]).empty()) continue;
-            for (int s = 0; s < 4; ++s) {
-                if (players::NamesMatch(hand.Names[s], e_.Settings.MyIds[i])) {
-                    p = s;
-                    if (e_.Rating) e_.Rating->MyIdIndex = static_cast<std::int32_t>(i + 1);
-                    found = true;
-                    break;
-                }
-            }
-        }
-    }
     e_.Seats.sitNESW(p);
-    filer_.File(hand, p);
+    filer_.File(hand, p, broken);
     return CaptureResult::Filed;
 }
 

@@ -3,6 +3,9 @@
 // need), finds the user's seat, and hands the deal to the filer.
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "tracking/deal_filer.h"
 #include "tracking/deal_flow.h"
 #include "tracking/engine.h"
@@ -21,6 +24,14 @@ public:
 
 private:
     CaptureResult ReadAndFile();
+    // The score window's lines, up to five attempts; the code of the last.
+    int ReadScore(std::vector<ScoreLine>& lines);
+    // Takes the lines as the record's and the scores'; their count.
+    int StoreScore(const std::vector<ScoreLine>& lines);
+    // The compass seat of the user among the names read.
+    int UserSeatOf(const reading::HandRead& hand);
+    // The rules of the game the reading of the deal breaks.
+    std::vector<std::string> RuleBreaks(const reading::HandRead& hand, int userSeat) const;
     void Report(CaptureResult r, bool automatic);
 
     Engine& e_;

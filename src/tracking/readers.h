@@ -76,6 +76,9 @@ public:
     virtual std::vector<std::string> RatingLines() = 0;
     // A new deal's bidding is over: the "Last Trick" reader starts afresh.
     virtual void NewDeal() = 0;
+    // Every text shape the readers cannot name is written once to the log
+    // at `logPath` ("" = none), in the glyph table's form.
+    virtual void HarvestUnknownGlyphs(const std::string& /*logPath*/, int /*codePage*/) {}
 };
 
 }  // namespace tracking
