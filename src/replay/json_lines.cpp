@@ -60,6 +60,7 @@ core::Json FiledDealJson(int deal, const tracking::FiledDeal& d, const std::vect
         j.Set("retried", retried);
     }
     if (d.Kept > 0) j.Set("kept", d.Kept);
+    if (d.Missed > 0) j.Set("missed", d.Missed);
     if (!d.Warnings.empty()) j.Set("warnings", texts(d.Warnings));
     return j;
 }

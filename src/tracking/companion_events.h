@@ -31,6 +31,9 @@ struct FiledDeal {
     std::vector<core::SaveResult> Retried;
     // Deals still kept in memory for want of a save after this one.
     int Kept = 0;
+    // Deals the game ended before this one that were never read (its score
+    // window shows their lines), so never filed.
+    int Missed = 0;
     // Rules of the game the readings broke (empty when they held); the deal
     // is filed all the same, with these shown as a warning.
     std::vector<std::string> Warnings;

@@ -132,6 +132,8 @@ CaptureResult DealCapture::ReadAndFile() {
     if (count == 0) {
         const std::string& third = e_.Models.Counters.frmCounter.cTrk[2].Caption;
         if (!third.empty() && third != "0") flow_.EndDealReset();
+        if (filedLines_ > 0 && !filedEndedGame_) oldGameMissed_ = true;
+        if (filedLines_ >= 0) filedLines_ = 0;
         return CaptureResult::NewGame;
     }
 
@@ -175,8 +177,22 @@ CaptureResult DealCapture::ReadAndFile() {
     }
     if (code != 0) return static_cast<CaptureResult>(code);
 
+    // Lines the game added beyond this deal's own are deals it ended while
+    // nothing could be read; they cannot be filed, but they are told. Fewer
+    // lines than at the last filing mean a new game began meanwhile.
+    // A game that ended after a deal which did not end it lost its last
+    // deal: the game empties its score window at once for the next game.
+    int missed = oldGameMissed_ ? 1 : 0;
+    if (filedLines_ >= 0) {
+        if (count > filedLines_) missed += count - filedLines_ - 1;
+        else missed += count - 1 + (filedEndedGame_ ? 0 : 1);
+    }
+    oldGameMissed_ = false;
+    filedLines_ = count;
     e_.Seats.sitNESW(p);
-    filer_.File(hand, p, broken);
+    const int gamesBefore = filer_.GamesOver();
+    filer_.File(hand, p, broken, missed);
+    filedEndedGame_ = filer_.GamesOver() > gamesBefore;
     return CaptureResult::Filed;
 }
 

@@ -38,6 +38,11 @@ private:
     GameWindows& w_;
     DealFlow& flow_;
     DealFiler& filer_;
+    // Score lines the game showed when the last deal was filed (-1 = none
+    // filed yet, so nothing before is known).
+    int filedLines_ = -1;
+    bool filedEndedGame_ = false;  // the last deal filed ended its game
+    bool oldGameMissed_ = false;   // a new game began before the old one's last deal was read
 };
 
 }  // namespace tracking

@@ -59,7 +59,7 @@ void DealFiler::ReportFailedSaves(const std::vector<core::SaveResult>& saves) {
                                       " kept and saved again after the next deal."));
 }
 
-void DealFiler::File(const reading::HandRead& hand, int p, const std::vector<std::string>& warnings) {
+void DealFiler::File(const reading::HandRead& hand, int p, const std::vector<std::string>& warnings, int missed) {
     prevHands_ = hand.Cards;
     DealState& d = e_.Deal;
     std::array<std::string, 4> bidsBySeat;
@@ -84,6 +84,13 @@ void DealFiler::File(const reading::HandRead& hand, int p, const std::vector<std
 
     FiledDeal out;
     out.Warnings = warnings;
+    out.Missed = missed;
+    if (missed > 0) {
+        const std::string text = std::to_string(missed) + (missed == 1 ? " deal" : " deals") +
+                                 " ended while the game's windows could not be read; not filed.";
+        e_.Log("DealFiler: " + text);
+        e_.ShowError(text);
+    }
     out.Retried = WriteKept();
     KeptDeal keep;
     std::string name;

@@ -28,7 +28,9 @@ public:
     // Files the deal read from the "Last Hand" window; `userSeat` is the
     // compass seat of the user. `warnings` are the rules of the game the
     // reading broke: the deal is filed all the same, and they are shown.
-    void File(const reading::HandRead& hand, int userSeat, const std::vector<std::string>& warnings = {});
+    // `missed`: deals the game ended before this one that were never read.
+    void File(const reading::HandRead& hand, int userSeat, const std::vector<std::string>& warnings = {},
+              int missed = 0);
 
     // Deals whose record or Nil history could not be written: kept in memory
     // and written again at the next deal end, before that deal's own files.

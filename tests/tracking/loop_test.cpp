@@ -113,7 +113,7 @@ struct Rig {
         online.OffToOn();
     }
 
-    tracking::CompanionEvents events;
+    tracking::CallbackEvents events;
     tracking::Engine e;
     tracking::GameWindows w;
     tracking::BiddingBoard board;
@@ -578,6 +578,38 @@ TEST_F(LoopTest, CaptureCodesRetriesAndTheirMessages) {
     EXPECT_EQ(capture.Capture(false), CaptureResult::ScoreReadFailed);
     EXPECT_EQ(fake.scoreCalls - calls, 5);
     EXPECT_EQ(e.ErrorLog.back(), "Error occurred in reading score.");
+}
+
+// Deals the game ended while nothing could be read cannot be filed, but
+// they are told: score lines that jumped by more than one, and a new game
+// begun before the old one's last deal was read.
+TEST_F(LoopTest, DealsEndedUnreadAreToldAsMissed) {
+    using tracking::CaptureResult;
+    BootRig(kCounters);
+    std::vector<tracking::FiledDeal> filed;
+    rig->events.OnDealFiled = [&filed](const tracking::FiledDeal& d) { filed.push_back(d); };
+    auto hand = [](int k) {
+        reading::HandRead h = SomeHand("me");
+        for (auto& seat : h.Cards) std::swap(seat[0], seat[static_cast<std::size_t>(k)]);
+        return h;
+    };
+    const tracking::ScoreLine a{50, 1, 30, 2}, b{90, 2, 70, 3}, c{130, 3, 40, 3};
+    fake.score = {a};
+    fake.hands = {hand(1)};
+    ASSERT_EQ(rig->capture.Capture(false), CaptureResult::Filed);
+    fake.score = {a, b, c};
+    fake.hands = {hand(2)};
+    ASSERT_EQ(rig->capture.Capture(false), CaptureResult::Filed);
+    fake.score = {};
+    EXPECT_EQ(rig->capture.Capture(false), CaptureResult::NewGame);
+    fake.score = {a};
+    fake.hands = {hand(3)};
+    ASSERT_EQ(rig->capture.Capture(false), CaptureResult::Filed);
+    ASSERT_EQ(filed.size(), 3u);
+    EXPECT_EQ(filed[0].Missed, 0) << "nothing is known before the first deal filed";
+    EXPECT_EQ(filed[1].Missed, 1);
+    EXPECT_EQ(filed[2].Missed, 1) << "the old game's last deal";
+    EXPECT_EQ(rig->e.ErrorLog.back(), "1 deal ended while the game's windows could not be read; not filed.");
 }
 
 // Deadlines are compared across the wrap of the tick counter; the pause keeps
