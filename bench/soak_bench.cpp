@@ -72,6 +72,7 @@ void BM_Soak1000DealsWithFaults(benchmark::State& state) {
         std::vector<scoring::ScoreRows::Row> filedRows;
         int missedTold = 0, savesFailed = 0, savesRecovered = 0, kept = 0, warned = 0;
         long rssAt100 = 0;
+        std::map<std::string, int> warnings;
         s.Events.OnDealFiled = [&](const tracking::FiledDeal& d) {
             filedRows.push_back(d.ScoreRow);
             missedTold += d.Missed;
@@ -79,6 +80,7 @@ void BM_Soak1000DealsWithFaults(benchmark::State& state) {
             for (const auto& x : d.Retried) savesRecovered += x.Saved ? 1 : 0;
             kept = d.Kept;
             warned += d.Warnings.empty() ? 0 : 1;
+            for (const auto& w : d.Warnings) ++warnings[w];
             if (filedRows.size() == 100) rssAt100 = PeakRssKiB();
         };
         // The game's log keeps only what the soak matches against: every
@@ -186,6 +188,7 @@ void BM_Soak1000DealsWithFaults(benchmark::State& state) {
         std::printf("\nsoak: saves failed %d, written later %d, still kept at the end %d\n", savesFailed,
                     savesRecovered, kept);
         for (const auto& [n, c] : why) std::printf("soak: lost %d: %s\n", c, n.c_str());
+        for (const auto& [w, c] : warnings) std::printf("soak: warned %d: %s\n", c, w.c_str());
         std::printf("soak: peak resident size %ld KiB after 100 deals, %ld KiB after %zu (%+.1f%%)\n", rssAt100,
                     rssAtEnd, filedRows.size(),
                     rssAt100 > 0 ? 100.0 * static_cast<double>(rssAtEnd - rssAt100) / static_cast<double>(rssAt100) : 0.0);

@@ -103,48 +103,36 @@ int DealCapture::UserSeatOf(const reading::HandRead& hand) {
     return p;
 }
 
-std::vector<std::string> DealCapture::RuleBreaks(const reading::HandRead& hand, int userSeat) const {
+std::vector<std::string> DealCapture::RuleBreaks(const reading::HandRead& hand, int userSeat, bool scoreKnown) const {
     scoring::DealReading d;
     for (int t = 0; t < 13; ++t)
         for (int s = 0; s < 4; ++s) {
             d.Cards[t][s] = hand.Cards[s][t];
             d.Marks[t][s] = hand.Marks[s][t] == display::MarkBrackets ? 1 : 0;
         }
-    const DealState& deal = e_.Deal;
-    for (int k = 0; k < 4; ++k)
-        d.Bids[static_cast<std::size_t>((userSeat + k) % 4)] = deal.PrevBids[k].empty() ? deal.Bids[k] : deal.PrevBids[k];
-    d.Previous = e_.Scores.At(e_.Scores.ScoreRowCount - 1);
-    d.Next = e_.Scores.At(e_.Scores.ScoreRowCount);
+    if (scoreKnown) {
+        d.Bids = BidsBySeat(userSeat);
+        d.Previous = e_.Scores.At(e_.Scores.ScoreRowCount - 1);
+        d.Next = e_.Scores.At(e_.Scores.ScoreRowCount);
+    }
     d.DoubleNilPassTable = e_.Table.DNilPassTable;
     return scoring::CheckDeal(d);
 }
 
-CaptureResult DealCapture::ReadAndFile() {
-    if (!w_.SubWindowAlive(JobIndex(Job::LastHand))) return CaptureResult::LastHandWindowMissing;
-    if (!w_.SubWindowAlive(JobIndex(Job::ScoreWindow))) return CaptureResult::ScoreWindowMissing;
+std::array<std::string, 4> DealCapture::BidsBySeat(int userSeat) const {
+    const DealState& deal = e_.Deal;
+    std::array<std::string, 4> bids;
+    for (int k = 0; k < 4; ++k)
+        bids[static_cast<std::size_t>((userSeat + k) % 4)] = deal.PrevBids[k].empty() ? deal.Bids[k] : deal.PrevBids[k];
+    return bids;
+}
 
-    const int before = e_.Record.ScoreRowCount;
-    std::vector<ScoreLine> lines;
-    int code = ReadScore(lines);
-    if (code != 0) return static_cast<CaptureResult>(code);
-    const int count = StoreScore(lines);
-    if (count == before) return CaptureResult::ScoreUnchanged;
-    if (count == 0) {
-        const std::string& third = e_.Models.Counters.frmCounter.cTrk[2].Caption;
-        if (!third.empty() && third != "0") flow_.EndDealReset();
-        if (filedLines_ > 0 && !filedEndedGame_) oldGameMissed_ = true;
-        if (filedLines_ >= 0) filedLines_ = 0;
-        return CaptureResult::NewGame;
-    }
-
+int DealCapture::ReadHand(reading::HandRead& hand, int& p, std::vector<std::string>& broken, int scoreLines) {
     // An attempt whose reading breaks a rule of the game counts as failed:
     // the hand and the score are read again, and the fifth reading is filed
     // whatever it shows, with the rules it breaks as a warning.
-    reading::HandRead hand;
-    std::vector<std::string> broken;
-    int p = 0;
     bool emptyOnce = false;
-    code = 0;
+    int code = 0;
     for (int attempt = 1; attempt <= 5; ++attempt) {
         hand = reading::HandRead{};
         code = e_.Readers.CaptHand(hand);
@@ -152,36 +140,100 @@ CaptureResult DealCapture::ReadAndFile() {
         const bool empty =
             std::all_of(hand.Names.begin(), hand.Names.end(), [](const std::string& n) { return n.empty(); });
         if (empty) {
-            if (emptyOnce) {
-                code = Code(CaptureResult::EmptyNames);
-                break;
-            }
+            if (emptyOnce) return Code(CaptureResult::EmptyNames);
             emptyOnce = true;
             attempt = 4;  // the fifth attempt comes next
             continue;
         }
         for (int s = 0; s < 4; ++s)
             if (hand.Names[s].empty()) hand.Names[s] = e_.Record.Names[s];
-        if (filer_.AlreadyFiled(hand)) return CaptureResult::HandUnchanged;
+        if (filer_.AlreadyFiled(hand)) return Code(CaptureResult::HandUnchanged);
         p = UserSeatOf(hand);
-        broken = RuleBreaks(hand, p);
-        if (broken.empty()) break;
+        broken = RuleBreaks(hand, p, scoreLines > 0);
+        if (broken.empty()) return 0;
         std::string rules;
         for (const auto& b : broken) rules += (rules.empty() ? "" : "; ") + b;
         e_.Log("CaptureLastHand: reading " + std::to_string(attempt) + " breaks a rule: " + rules +
                (attempt < 5 ? "; read again" : "; filed with a warning"));
-        if (attempt == 5) break;
+        if (attempt == 5) return 0;
         std::vector<ScoreLine> again;
-        if (ReadScore(again) == 0 && static_cast<int>(std::min<std::size_t>(again.size(), display::MaxScoreRows)) == count)
+        if (scoreLines > 0 && ReadScore(again) == 0 &&
+            static_cast<int>(std::min<std::size_t>(again.size(), display::MaxScoreRows)) == scoreLines)
             StoreScore(again);
     }
+    return code;
+}
+
+bool DealCapture::FileLastDealOfGame(const std::vector<ScoreLine>& oldLines) {
+    reading::HandRead hand;
+    int p = 0;
+    std::vector<std::string> broken;
+    StoreScore(oldLines);
+    if (ReadHand(hand, p, broken, 0) != 0 || !broken.empty()) return false;
+    const std::array<std::string, 4> bids = BidsBySeat(p);
+    for (const auto& b : bids)
+        if (b.empty()) return false;
+    scoring::TrickMarks marks{};
+    scoring::TrickCards cards;
+    for (int t = 0; t < 13; ++t)
+        for (int s = 0; s < 4; ++s) {
+            cards[t][s] = hand.Cards[s][t];
+            marks[t][s] = hand.Marks[s][t] == display::MarkBrackets ? 1 : 0;
+        }
+    const scoring::TrickCounts tc = scoring::DealTrickCounts(cards, marks);
+    std::array<int, 4> tricks{};
+    for (std::size_t s = 0; s < 4; ++s) tricks[s] = tc.Tricks[s];
+    std::vector<ScoreLine> lines = oldLines;
+    lines.push_back(scoring::ExpectedScoreLine(oldLines.back(), bids, tricks));
+    StoreScore(lines);
+    e_.Log("CaptureLastHand: the game's last deal was read after its score window had emptied; filed with the score "
+           "line its bids and tricks give");
+    e_.Seats.sitNESW(p);
+    filer_.File(hand, p,
+                {"the score line is computed from the bids and tricks: the game had emptied its score window for the "
+                 "next game"});
+    return true;
+}
+
+CaptureResult DealCapture::ReadAndFile() {
+    if (!w_.SubWindowAlive(JobIndex(Job::LastHand))) return CaptureResult::LastHandWindowMissing;
+    if (!w_.SubWindowAlive(JobIndex(Job::ScoreWindow))) return CaptureResult::ScoreWindowMissing;
+
+    const int before = e_.Record.ScoreRowCount;
+    const std::vector<ScoreLine> beforeLines(e_.Record.ScoreRows.begin(),
+                                             e_.Record.ScoreRows.begin() + std::max(before, 0));
+    std::vector<ScoreLine> lines;
+    int code = ReadScore(lines);
+    if (code != 0) return static_cast<CaptureResult>(code);
+    const int count = StoreScore(lines);
+    if (count == before) return CaptureResult::ScoreUnchanged;
+    if (count == 0) {
+        // A new game: when the old one ended with a deal not yet filed, the
+        // "Last Hand" window still shows it, and its line follows from the
+        // rules; filed so, with a warning, it is not lost.
+        if (filedLines_ > 0 && !filedEndedGame_ && before == filedLines_ && FileLastDealOfGame(beforeLines)) {
+            filedEndedGame_ = true;
+            StoreScore({});
+        } else if (filedLines_ > 0 && !filedEndedGame_) {
+            oldGameMissed_ = true;
+            StoreScore({});
+        }
+        const std::string& third = e_.Models.Counters.frmCounter.cTrk[2].Caption;
+        if (!third.empty() && third != "0") flow_.EndDealReset();
+        if (filedLines_ >= 0) filedLines_ = 0;
+        return CaptureResult::NewGame;
+    }
+
+    reading::HandRead hand;
+    std::vector<std::string> broken;
+    int p = 0;
+    code = ReadHand(hand, p, broken, count);
     if (code != 0) return static_cast<CaptureResult>(code);
 
     // Lines the game added beyond this deal's own are deals it ended while
     // nothing could be read; they cannot be filed, but they are told. Fewer
-    // lines than at the last filing mean a new game began meanwhile.
-    // A game that ended after a deal which did not end it lost its last
-    // deal: the game empties its score window at once for the next game.
+    // lines than at the last filing mean a new game began meanwhile, and a
+    // game that ended after a deal which did not end it lost its last deal.
     int missed = oldGameMissed_ ? 1 : 0;
     if (filedLines_ >= 0) {
         if (count > filedLines_) missed += count - filedLines_ - 1;

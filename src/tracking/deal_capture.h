@@ -3,6 +3,7 @@
 // need), finds the user's seat, and hands the deal to the filer.
 #pragma once
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -30,8 +31,19 @@ private:
     int StoreScore(const std::vector<ScoreLine>& lines);
     // The compass seat of the user among the names read.
     int UserSeatOf(const reading::HandRead& hand);
-    // The rules of the game the reading of the deal breaks.
-    std::vector<std::string> RuleBreaks(const reading::HandRead& hand, int userSeat) const;
+    // The rules of the game the reading of the deal breaks; the bids and the
+    // score line only when `scoreKnown`.
+    std::vector<std::string> RuleBreaks(const reading::HandRead& hand, int userSeat, bool scoreKnown) const;
+    // The deal's bids by compass seat, as the bid steps read them.
+    std::array<std::string, 4> BidsBySeat(int userSeat) const;
+    // The "Last Hand" with its retries (a reading that breaks a rule is read
+    // again, with the score when `scoreLines` > 0 lines are known); the
+    // user's seat and the rules still broken. A result code.
+    int ReadHand(reading::HandRead& hand, int& p, std::vector<std::string>& broken, int scoreLines);
+    // Files the old game's last deal, still shown after a new game emptied
+    // the score window, with the line its bids and tricks give. False when
+    // it cannot be read whole.
+    bool FileLastDealOfGame(const std::vector<ScoreLine>& oldLines);
     void Report(CaptureResult r, bool automatic);
 
     Engine& e_;

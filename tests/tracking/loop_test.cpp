@@ -11,6 +11,7 @@
 #include "core/text.h"
 #include "platform/sim/virtual_clock.h"
 #include "platform/sim/sim_desktop.h"
+#include "scoring/deal_checks.h"
 #include "tracking/companion.h"
 
 namespace {
@@ -582,7 +583,8 @@ TEST_F(LoopTest, CaptureCodesRetriesAndTheirMessages) {
 
 // Deals the game ended while nothing could be read cannot be filed, but
 // they are told: score lines that jumped by more than one, and a new game
-// begun before the old one's last deal was read.
+// begun before the old one's last deal was read. That deal is filed when the
+// "Last Hand" window still shows it.
 TEST_F(LoopTest, DealsEndedUnreadAreToldAsMissed) {
     using tracking::CaptureResult;
     BootRig(kCounters);
@@ -610,6 +612,26 @@ TEST_F(LoopTest, DealsEndedUnreadAreToldAsMissed) {
     EXPECT_EQ(filed[1].Missed, 1);
     EXPECT_EQ(filed[2].Missed, 1) << "the old game's last deal";
     EXPECT_EQ(rig->e.ErrorLog.back(), "1 deal ended while the game's windows could not be read; not filed.");
+
+    // The game's last deal still shows after the next game emptied the
+    // score window: filed with the line its bids and tricks give, flagged.
+    rig->e.Deal.Bids = {"3", "4", "2", "1"};
+    fake.score = {a, b};
+    fake.hands = {hand(4)};
+    ASSERT_EQ(rig->capture.Capture(false), CaptureResult::Filed);
+    fake.score = {};
+    fake.hands = {hand(5)};
+    rig->e.Deal.Bids = {"3", "4", "2", "1"};
+    EXPECT_EQ(rig->capture.Capture(false), CaptureResult::NewGame);
+    ASSERT_EQ(filed.size(), 5u);
+    const tracking::FiledDeal& last = filed.back();
+    EXPECT_EQ(last.ScoreRow, scoring::ExpectedScoreLine(b, last.Bids, last.Tricks));
+    ASSERT_EQ(last.Warnings.size(), 1u);
+    EXPECT_NE(last.Warnings[0].find("computed from the bids and tricks"), std::string::npos);
+    fake.score = {a};
+    fake.hands = {hand(6)};
+    ASSERT_EQ(rig->capture.Capture(false), CaptureResult::Filed);
+    EXPECT_EQ(filed.back().Missed, 0) << "nothing of the old game was lost";
 }
 
 // Deadlines are compared across the wrap of the tick counter; the pause keeps
