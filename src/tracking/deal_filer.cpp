@@ -220,6 +220,7 @@ void DealFiler::GameEnd(const reading::HandRead& hand) {
         g.RatingRecorded = e_.Rating->LastHistory == players::HistoryResult::Written && e_.Rating->LastSave.Saved;
         if (!e_.Rating->LastSave.Path.empty()) g.Saves.push_back(e_.Rating->LastSave);
     }
+    ReportFailedSaves(g.Saves);
     e_.PlayAlertSound(we > they ? e_.Settings.AlertWinning : e_.Settings.AlertLosing);
     g.Score = e_.Scores.At(e_.Scores.ScoreRowCount);
     ++gamesOver_;

@@ -384,6 +384,20 @@ TEST(Session, AFailedSaveIsShownKeptAndWrittenAtTheNextDealEnd) {
     EXPECT_NE(next.File, fs::path(lost.Saves[0].Path).stem().string());
     EXPECT_EQ(r.s.App.Records()->ReadRecordFile(next.File, rec), 0);
     EXPECT_EQ(r.s.App.Models().filBox.Entries.size(), 3u);
+
+    // A rating line that cannot be written at the game's end is shown too.
+    TableSetup sp2;
+    sp2.deals = "40";
+    sp2.seed = 3;
+    Table g(sp2, "failed_rating");
+    fs::create_directories(fs::path(g.home) / "SpadesHistory.TXT.tmp~");
+    ASSERT_TRUE(g.s.Start());
+    for (int i = 0; i < 4 * 3600 && g.gameOvers.empty() && !g.s.GameFinished(); ++i) g.s.Advance(1000);
+    ASSERT_EQ(g.gameOvers.size(), 1u);
+    bool ratingShown = false;
+    for (const auto& text : g.s.App.ErrorLog())
+        ratingShown = ratingShown || text.rfind("Not saved: " + core::JoinPath(g.home, "SpadesHistory.TXT"), 0) == 0;
+    EXPECT_TRUE(ratingShown);
 }
 
 TEST(Session, CountingFormReadsTheLastTrickCards) {
