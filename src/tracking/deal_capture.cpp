@@ -7,6 +7,19 @@
 
 namespace tracking {
 
+namespace {
+
+// The "Last Hand" by trick: card texts by seat, 1 on each trick's leader.
+void TricksOf(const reading::HandRead& hand, scoring::TrickCards& cards, scoring::TrickMarks& marks) {
+    for (int t = 0; t < 13; ++t)
+        for (int s = 0; s < 4; ++s) {
+            cards[t][s] = hand.Cards[s][t];
+            marks[t][s] = hand.Marks[s][t] == display::MarkBrackets ? 1 : 0;
+        }
+}
+
+}  // namespace
+
 CaptureResult DealCapture::Capture(bool automatic) {
     if (e_.OffLine()) return CaptureResult::Skipped;
     if (automatic) {
@@ -105,11 +118,7 @@ int DealCapture::UserSeatOf(const reading::HandRead& hand) {
 
 std::vector<std::string> DealCapture::RuleBreaks(const reading::HandRead& hand, int userSeat, bool scoreKnown) const {
     scoring::DealReading d;
-    for (int t = 0; t < 13; ++t)
-        for (int s = 0; s < 4; ++s) {
-            d.Cards[t][s] = hand.Cards[s][t];
-            d.Marks[t][s] = hand.Marks[s][t] == display::MarkBrackets ? 1 : 0;
-        }
+    TricksOf(hand, d.Cards, d.Marks);
     if (scoreKnown) {
         d.Bids = BidsBySeat(userSeat);
         d.Previous = e_.Scores.At(e_.Scores.ScoreRowCount - 1);
@@ -175,11 +184,7 @@ bool DealCapture::FileLastDealOfGame(const std::vector<ScoreLine>& oldLines) {
         if (b.empty()) return false;
     scoring::TrickMarks marks{};
     scoring::TrickCards cards;
-    for (int t = 0; t < 13; ++t)
-        for (int s = 0; s < 4; ++s) {
-            cards[t][s] = hand.Cards[s][t];
-            marks[t][s] = hand.Marks[s][t] == display::MarkBrackets ? 1 : 0;
-        }
+    TricksOf(hand, cards, marks);
     const scoring::TrickCounts tc = scoring::DealTrickCounts(cards, marks);
     std::array<int, 4> tricks{};
     for (std::size_t s = 0; s < 4; ++s) tricks[s] = tc.Tricks[s];

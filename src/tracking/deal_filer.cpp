@@ -99,7 +99,7 @@ void DealFiler::File(const reading::HandRead& hand, int p, const std::vector<std
     if (!warnings.empty()) {
         std::string rules;
         for (const auto& w : warnings) rules += (rules.empty() ? "" : "; ") + w;
-        e_.ShowError("Deal " + (name.empty() ? std::string("not saved") : name) +
+        e_.ShowError((name.empty() ? std::string("This deal was") : "Deal " + name) +
                      " filed from a reading that breaks a rule of the game: " + rules + ".");
     }
 
