@@ -63,6 +63,10 @@ void PrintHumanDeal(int k, const tracking::FiledDeal& d, const std::string& work
         if (!s.Saved) std::printf("  NOT SAVED    %s: %s\n", s.Path.c_str(), s.Reason.c_str());
     for (const auto& s : saves)
         if (!s.SetAside.empty()) std::printf("  Kept aside   %s (it could not be read)\n", s.SetAside.c_str());
+    for (const auto& s : d.Retried)
+        std::printf("  %s %s (kept from an earlier deal)\n", s.Saved ? "Saved now   " : "Still unsaved", s.Path.c_str());
+    if (d.Kept > 0) std::printf("  Kept         %d deal(s) in memory until they can be saved\n", d.Kept);
+    for (const auto& w : d.Warnings) std::printf("  WARNING      the reading breaks a rule: %s\n", w.c_str());
 }
 
 }  // namespace
@@ -119,6 +123,7 @@ int RunDemo(const Args& args) {
         ++k;
         const auto saves = d.Saves;
         lost.Add(saves);
+        lost.Recovered(d.Retried);
         if (human) PrintHumanDeal(k, d, work, saves);
         else std::printf("%s\n", replay::FiledDealJson(k, d, saves).Dump().c_str());
         std::fflush(stdout);

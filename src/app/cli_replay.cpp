@@ -46,6 +46,7 @@ int RunReplay(const Args& args) {
     session.Events.OnDealFiled = [&](const tracking::FiledDeal& d) {
         const auto saves = d.Saves;
         lost.Add(saves);
+        lost.Recovered(d.Retried);
         std::printf("%s\n", replay::FiledDealJson(++deal, d, saves).Dump().c_str());
         std::fflush(stdout);
     };

@@ -49,6 +49,20 @@ core::Json FiledDealJson(int deal, const tracking::FiledDeal& d, const std::vect
     j.Set("names", texts(d.Names));
     j.Set("userSeat", core::SeatLetter(d.UserSeat));
     AddSaves(j, saves.empty() ? d.Saves : saves);
+    if (!d.Retried.empty()) {
+        core::Json retried = core::Json::Array();
+        for (const auto& r : d.Retried) {
+            core::Json f = core::Json::Object();
+            f.Set("file", r.Path);
+            f.Set("saved", r.Saved);
+            if (!r.Saved) f.Set("reason", r.Reason);
+            retried.Push(f);
+        }
+        j.Set("retried", retried);
+    }
+    if (d.Kept > 0) j.Set("kept", d.Kept);
+    if (d.Missed > 0) j.Set("missed", d.Missed);
+    if (!d.Warnings.empty()) j.Set("warnings", texts(d.Warnings));
     return j;
 }
 
@@ -87,6 +101,17 @@ void LostSaves::Add(const std::vector<core::SaveResult>& saves) {
                 known = true;
             }
         if (!known) lost_.emplace_back(s, 1);
+    }
+}
+
+void LostSaves::Recovered(const std::vector<core::SaveResult>& retried) {
+    for (const auto& s : retried) {
+        if (!s.Saved) continue;
+        for (auto it = lost_.begin(); it != lost_.end(); ++it)
+            if (it->first.Path == s.Path) {
+                if (--it->second == 0) lost_.erase(it);
+                break;
+            }
     }
 }
 

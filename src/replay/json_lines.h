@@ -29,10 +29,14 @@ core::Json GameOverJson(const tracking::GameOver& g);
 // "error": the error window's text when it is shown}.
 core::Json ActionJson(const Action& a, const tracking::Companion& app);
 
-// Remembers every failed save of a run, each file once, to name them at the end.
+// Remembers every failed save of a run, each file once, to name them at the
+// end, less those a later retry wrote.
 class LostSaves {
 public:
     void Add(const std::vector<core::SaveResult>& saves);
+    // Saves of kept deals written later: each written one takes back one
+    // loss of its file.
+    void Recovered(const std::vector<core::SaveResult>& retried);
     bool Any() const { return !lost_.empty(); }
     // One line per file: "<path> was not saved[ (n times)]: <reason>".
     std::vector<std::string> Lines() const;

@@ -53,30 +53,20 @@ bool Session::Start(bool openSubWindows) {
     return true;
 }
 
-int Session::DealsPlayed() const {
-    int n = 0;
-    for (const auto& e : Game.Game().Events())
-        if (e.kind == sim::EventKind::ScoreLineAdded) ++n;
-    return n;
-}
+int Session::DealsPlayed() const { return Game.Game().EventCount(sim::EventKind::ScoreLineAdded); }
 
-int Session::GamesPlayed() const {
-    int n = 0;
-    for (const auto& e : Game.Game().Events())
-        if (e.kind == sim::EventKind::GameOver) ++n;
-    return n;
-}
+int Session::GamesPlayed() const { return Game.Game().EventCount(sim::EventKind::GameOver); }
 
 bool Session::Run(std::uint64_t limitMs) {
     const std::uint64_t start = Clock.Elapsed();
     std::uint64_t finishedAt = 0, progressAt = start;
-    std::size_t events = Game.Game().Events().size();
+    std::size_t events = Game.Game().EventCount();
     while (limitMs == 0 || Clock.Elapsed() - start < limitMs) {
         // The player's "End" is a normal end of the session.
         if (App.Ended()) return endPressed_;
         const bool actionsLeft = pressed_ < actions_.size();
-        if (Game.Game().Events().size() != events) {
-            events = Game.Game().Events().size();
+        if (Game.Game().EventCount() != events) {
+            events = Game.Game().EventCount();
             progressAt = Clock.Elapsed();
         } else if (!GameFinished() && Clock.Elapsed() - progressAt > kStallMs) {
             return false;

@@ -52,7 +52,10 @@ void SpadesGame::Changed() {
 }
 
 void SpadesGame::Log(EventKind k, int seat, std::string text) {
-    events_.push_back({clock_.TickCount(), k, seat, std::move(text)});
+    ++eventCount_;
+    ++kindCount_[static_cast<std::size_t>(k)];
+    GameEvent e{clock_.TickCount(), k, seat, std::move(text)};
+    if (!keep_ || keep_(e)) events_.push_back(std::move(e));
 }
 
 void SpadesGame::After(std::uint32_t ms, void (SpadesGame::*step)()) {

@@ -159,6 +159,12 @@ public:
     std::uint64_t Version() const { return version_; }
     void OnChange(std::function<void()> fn) { onChange_ = std::move(fn); }
     const std::vector<GameEvent>& Events() const { return events_; }
+    // Events of every kind so far, also those not kept, and of one kind.
+    std::size_t EventCount() const { return eventCount_; }
+    int EventCount(EventKind k) const { return kindCount_[static_cast<std::size_t>(k)]; }
+    // Long runs keep only the events `keep` accepts (all by default), so the
+    // log does not grow with every card; the others are only counted.
+    void KeepEvents(std::function<bool(const GameEvent&)> keep) { keep_ = std::move(keep); }
 
     // A click on the bid panel: "1" .. "13" or "N" on the ordinary panel,
     // "D" on the Double Nil panel. False (and nothing happens) when the
@@ -201,6 +207,9 @@ private:
     std::uint64_t version_ = 0;
     std::function<void()> onChange_;
     std::vector<GameEvent> events_;
+    std::size_t eventCount_ = 0;
+    std::array<int, static_cast<std::size_t>(EventKind::Finished) + 1> kindCount_{};
+    std::function<bool(const GameEvent&)> keep_;
     int pending_ = 0;  // id of the scheduled next step
 
     int dealsDone_ = 0;  // deals begun

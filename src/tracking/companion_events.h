@@ -26,6 +26,14 @@ struct FiledDeal {
     // Every player file this deal wrote or failed to write (record, Nil
     // history), in the order written.
     std::vector<core::SaveResult> Saves;
+    // Files of earlier deals, kept in memory after their save failed, that
+    // were written (or failed again) before this deal's own.
+    std::vector<core::SaveResult> Retried;
+    // Deals still kept in memory for want of a save after this one.
+    int Kept = 0;
+    // Deals the game ended before this one that were never read (its score
+    // window shows their lines), so never filed.
+    int Missed = 0;
     // Rules of the game the readings broke (empty when they held); the deal
     // is filed all the same, with these shown as a warning.
     std::vector<std::string> Warnings;

@@ -97,6 +97,9 @@ bool Companion::LoadSettingsAndLists() {
     e_.Readers.SetReduceWidth(s.ReduceWidth);
     windows_.LoadPositions();
     e_.Records = std::make_unique<display::RecordFiles>(e_.Clock, e_.Folders, cp);
+    // With a log, shapes no font knows are written there once each, so that
+    // a new site font can be added on purpose rather than found by chance.
+    e_.Readers.HarvestUnknownGlyphs(s.log.empty() ? "" : e_.Folders.EnterProgramFolder(s.log), cp);
     e_.Models.filBox.Fill(e_.Folders.WorkFolder());
     return true;
 }

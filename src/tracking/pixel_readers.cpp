@@ -39,6 +39,7 @@ void PixelReaders::SetGameWindow(platform::WindowHandle h, int gameLanguage) {
 }
 
 void PixelReaders::ReadTableInfo(TableInfo& info) {
+    Reading("the table");
     table_->LocateBox();
     info.BoxFound = table_->BoxLeft != 0 || table_->BoxTop != 0;
     info.Box = {table_->BoxLeft, table_->BoxTop, table_->BoxRight, table_->BoxBottom};
@@ -66,6 +67,7 @@ void PixelReaders::ReadTableInfo(TableInfo& info) {
 }
 
 void PixelReaders::ReadPlayerList(TableInfo& info) {
+    Reading("the player list");
     table_->MakePlayerList();
     info.PlayerList = table_->TableNames;
     if (static_cast<int>(info.PlayerList.size()) > table_->TableNamesRead && table_->TableNamesRead >= 0)
@@ -73,6 +75,7 @@ void PixelReaders::ReadPlayerList(TableInfo& info) {
 }
 
 int PixelReaders::CaptureBid(Bids4& bids, int& bidCount, int& bidLocCount) {
+    Reading("the bids");
     int status = 0;
     table_->CaptureBid(bids, status);
     bidCount = table_->BidCount;
@@ -81,6 +84,7 @@ int PixelReaders::CaptureBid(Bids4& bids, int& bidCount, int& bidLocCount) {
 }
 
 int PixelReaders::CaptureTricks(TrickReading& out) {
+    Reading("the tricks");
     std::array<int, 4> byQ{};
     const int found = table_->CaptureTricks(byQ);
     if (found < 0) {
@@ -104,6 +108,7 @@ int PixelReaders::CaptureTricks(TrickReading& out) {
 }
 
 bool PixelReaders::ReadLastTrick(std::array<std::string, 4>& cards, int& cardsSeen) {
+    Reading("\"Last Trick\"");
     reading::TrickRead t;
     if (!cards_.ReadLastTrick(t, 2)) return false;
     bool any = false;
@@ -117,6 +122,7 @@ bool PixelReaders::ReadLastTrick(std::array<std::string, 4>& cards, int& cardsSe
 }
 
 int PixelReaders::CaptScore(std::vector<ScoreLine>& lines) {
+    Reading("the score window");
     reading::ScoreLines sl;
     int code = score_.CaptScore(sl);
     // A capture that delivered nothing is not an empty score list (which
@@ -127,9 +133,13 @@ int PixelReaders::CaptScore(std::vector<ScoreLine>& lines) {
     return code;
 }
 
-int PixelReaders::CaptHand(reading::HandRead& out) { return cards_.CaptHand(out); }
+int PixelReaders::CaptHand(reading::HandRead& out) {
+    Reading("\"Last Hand\"");
+    return cards_.CaptHand(out);
+}
 
 int PixelReaders::GetBoardStat(ButtonTable& xy) {
+    Reading("the bid panel");
     const int s = table_->GetBoardStat(0);
     xy = table_->BtnXY;
     return s;
@@ -138,6 +148,15 @@ int PixelReaders::GetBoardStat(ButtonTable& xy) {
 bool PixelReaders::TestMyTurn() { return table_->TestMyTurn(); }
 
 std::vector<std::string> PixelReaders::RatingLines() { return table_->ReadTextArea(); }
+
+void PixelReaders::HarvestUnknownGlyphs(const std::string& logPath, int codePage) {
+    harvest_ = logPath.empty() ? nullptr : std::make_unique<reading::GlyphHarvest>(logPath, codePage);
+    glyphs_.Harvest = harvest_.get();
+}
+
+void PixelReaders::Reading(const char* where) {
+    if (harvest_) harvest_->Where = where;
+}
 
 void PixelReaders::NewDeal() {
     cards_.CardsSeen = 0;

@@ -6,6 +6,7 @@
 
 #include "platform/desktop.h"
 #include "reading/cards.h"
+#include "reading/glyph_harvest.h"
 #include "reading/glyphs.h"
 #include "reading/pixels.h"
 #include "reading/score_reader.h"
@@ -33,16 +34,21 @@ public:
     void NewDeal() override;
     void SetReduceWidth(int width) override;
     [[nodiscard]] BoxStatus LastBoxStatus() const override { return boxStatus_; }
+    void HarvestUnknownGlyphs(const std::string& logPath, int codePage) override;
 
     reading::TableReader& Table() { return *table_; }
     reading::CardReader& Cards() { return cards_; }
+    reading::GlyphTable& Glyphs() { return glyphs_; }
 
 private:
     void NewTableReader(int gameLanguage);
+    // Tells the harvest which reader runs, for the log line.
+    void Reading(const char* where);
 
     reading::Capture& cap_;
     const reading::WinTitles& titles_;
     reading::GlyphTable glyphs_;
+    std::unique_ptr<reading::GlyphHarvest> harvest_;
     std::unique_ptr<reading::TableReader> table_;
     reading::CardReader cards_;
     reading::ScoreReader score_;

@@ -87,6 +87,9 @@ public:
     // the English table's layout is known and needs no search.
     virtual void SetReduceWidth(int /*width*/) {}
     [[nodiscard]] virtual BoxStatus LastBoxStatus() const { return {}; }
+    // Every text shape the readers cannot name is written once to the log
+    // at `logPath` ("" = none), in the glyph table's form.
+    virtual void HarvestUnknownGlyphs(const std::string& /*logPath*/, int /*codePage*/) {}
 };
 
 }  // namespace tracking

@@ -133,6 +133,28 @@ TEST_F(CliReplay, UnwritableWorkFolderFails) {
     EXPECT_NE(r.err.find("was not saved"), std::string::npos) << r.err;
 }
 
+// The histories count as much as the records: a Nil report or rating
+// history that could not be written is named on stderr too, and fails the run.
+TEST_F(CliReplay, LostHistoriesAreNamedToo) {
+    for (const char* blocker : {"Work/RecordNILs.TXT.tmp~", "SpadesHistory.TXT.tmp~"})
+        fs::create_directories(fs::path(out) / blocker);
+    CliRun r = Replay(kHead + R"( "deals": 13, "seed": 2})");
+    EXPECT_EQ(r.code, 1) << r.err;
+    std::vector<std::string> failed;
+    for (const auto& j : r.lines) {
+        if (!j.Has("failed")) continue;
+        EXPECT_FALSE(j.Get("saved")->AsBool());
+        for (const auto& f : j.Get("failed")->Items()) failed.push_back(f.Get("file")->AsString());
+    }
+    ASSERT_FALSE(failed.empty());
+    bool history = false;
+    for (const std::string& f : failed) {
+        EXPECT_NE(r.err.find(f + " was not saved"), std::string::npos) << f << "\n" << r.err;
+        history = history || f == (fs::path(out) / "SpadesHistory.TXT").string();
+    }
+    EXPECT_TRUE(history) << "the game's rating line";
+}
+
 TEST_F(CliReplay, BadScenariosNameWhatIsWrong) {
     const std::string badCard = R"(["6C","7C","8C","9C","TC","JC","QC","9D","TD","JD","9H","TH","ZZ"])";
     const std::pair<std::string, std::string> rows[] = {

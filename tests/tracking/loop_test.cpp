@@ -12,6 +12,7 @@
 #include "core/text.h"
 #include "platform/sim/virtual_clock.h"
 #include "platform/sim/sim_desktop.h"
+#include "scoring/deal_checks.h"
 #include "tracking/companion.h"
 
 namespace {
@@ -121,7 +122,7 @@ struct Rig {
         online.OffToOn();
     }
 
-    tracking::CompanionEvents events;
+    tracking::CallbackEvents events;
     tracking::Engine e;
     tracking::GameWindows w;
     tracking::BiddingBoard board;
@@ -606,6 +607,57 @@ TEST_F(LoopTest, BidStepReadingErrorsInBothInterfaces) {
     }
     EXPECT_EQ(shown, (std::vector<std::string>{"Error occurred in reading score.", "Error occurred in reading player names.",
                                                "Spades Score 読み取りのエラー.", "競技者名読み取りのエラー."}));
+// Deals the game ended while nothing could be read cannot be filed, but
+// they are told: score lines that jumped by more than one, and a new game
+// begun before the old one's last deal was read. That deal is filed when the
+// "Last Hand" window still shows it.
+TEST_F(LoopTest, DealsEndedUnreadAreToldAsMissed) {
+    using tracking::CaptureResult;
+    BootRig(kCounters);
+    std::vector<tracking::FiledDeal> filed;
+    rig->events.OnDealFiled = [&filed](const tracking::FiledDeal& d) { filed.push_back(d); };
+    auto hand = [](int k) {
+        reading::HandRead h = SomeHand("me");
+        for (auto& seat : h.Cards) std::swap(seat[0], seat[static_cast<std::size_t>(k)]);
+        return h;
+    };
+    const tracking::ScoreLine a{50, 1, 30, 2}, b{90, 2, 70, 3}, c{130, 3, 40, 3};
+    fake.score = {a};
+    fake.hands = {hand(1)};
+    ASSERT_EQ(rig->capture.Capture(false), CaptureResult::Filed);
+    fake.score = {a, b, c};
+    fake.hands = {hand(2)};
+    ASSERT_EQ(rig->capture.Capture(false), CaptureResult::Filed);
+    fake.score = {};
+    EXPECT_EQ(rig->capture.Capture(false), CaptureResult::NewGame);
+    fake.score = {a};
+    fake.hands = {hand(3)};
+    ASSERT_EQ(rig->capture.Capture(false), CaptureResult::Filed);
+    ASSERT_EQ(filed.size(), 3u);
+    EXPECT_EQ(filed[0].Missed, 0) << "nothing is known before the first deal filed";
+    EXPECT_EQ(filed[1].Missed, 1);
+    EXPECT_EQ(filed[2].Missed, 1) << "the old game's last deal";
+    EXPECT_EQ(rig->e.ErrorLog.back(), "1 deal ended while the game's windows could not be read; not filed.");
+
+    // The game's last deal still shows after the next game emptied the
+    // score window: filed with the line its bids and tricks give, flagged.
+    rig->e.Deal.Bids = {"3", "4", "2", "1"};
+    fake.score = {a, b};
+    fake.hands = {hand(4)};
+    ASSERT_EQ(rig->capture.Capture(false), CaptureResult::Filed);
+    fake.score = {};
+    fake.hands = {hand(5)};
+    rig->e.Deal.Bids = {"3", "4", "2", "1"};
+    EXPECT_EQ(rig->capture.Capture(false), CaptureResult::NewGame);
+    ASSERT_EQ(filed.size(), 5u);
+    const tracking::FiledDeal& last = filed.back();
+    EXPECT_EQ(last.ScoreRow, scoring::ExpectedScoreLine(b, last.Bids, last.Tricks));
+    ASSERT_EQ(last.Warnings.size(), 1u);
+    EXPECT_NE(last.Warnings[0].find("computed from the bids and tricks"), std::string::npos);
+    fake.score = {a};
+    fake.hands = {hand(6)};
+    ASSERT_EQ(rig->capture.Capture(false), CaptureResult::Filed);
+    EXPECT_EQ(filed.back().Missed, 0) << "nothing of the old game was lost";
 }
 
 // Deadlines are compared across the wrap of the tick counter; the pause keeps
