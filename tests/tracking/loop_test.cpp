@@ -607,6 +607,8 @@ TEST_F(LoopTest, BidStepReadingErrorsInBothInterfaces) {
     }
     EXPECT_EQ(shown, (std::vector<std::string>{"Error occurred in reading score.", "Error occurred in reading player names.",
                                                "Spades Score 読み取りのエラー.", "競技者名読み取りのエラー."}));
+}
+
 // Deals the game ended while nothing could be read cannot be filed, but
 // they are told: score lines that jumped by more than one, and a new game
 // begun before the old one's last deal was read. That deal is filed when the
