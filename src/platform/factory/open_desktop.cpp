@@ -1,6 +1,9 @@
 #include "platform/factory/open_desktop.h"
 
 #include "platform/sim/sim_desktop.h"
+#if defined(TARVELLOS_HAVE_X11)
+#include "platform/x11/x11_desktop.h"
+#endif
 
 namespace platform {
 
@@ -17,8 +20,11 @@ OpenedDesktop OpenDesktop(DesktopKind kind) {
             out.Backend = std::make_unique<SimDesktop>();
             break;
         case DesktopKind::Native:
-            // The X11 and Win32 backends join here as they are built.
+#if defined(TARVELLOS_HAVE_X11)
+            out.Backend = X11Desktop::Open(out.Error);
+#else
             out.Error = "this build has no desktop backend for this system; only the simulated desktop is available";
+#endif
             break;
     }
     return out;
