@@ -37,6 +37,12 @@ struct DemoArgs {
     std::string Home;
     long long Seed = -1, Deals = -1;
 };
+struct WatchArgs {
+    std::string Home;      // "" = the executable's folder
+    long long Deals = 0;   // 0 = no limit
+    double Timeout = 0;    // seconds; 0 = no limit
+    bool Json = false;
+};
 
 // `program` is the name shown in messages ("tarvellos-cli demo").
 ArgsOutcome ParseSettingsArgs(const Args& args, SettingsArgs& out);
@@ -44,6 +50,7 @@ ArgsOutcome ParseSettingsArgs(const Args& args, SettingsArgs& out);
 ArgsOutcome ParseReadArgs(const std::string& kind, const Args& args, ReadArgs& out);
 ArgsOutcome ParseReplayArgs(const Args& args, ReplayArgs& out);
 ArgsOutcome ParseDemoArgs(const Args& args, DemoArgs& out);
+ArgsOutcome ParseWatchArgs(const Args& args, WatchArgs& out);
 
 // Prints the outcome's text where it belongs; returns its exit code.
 int Finish(const ArgsOutcome& o);
