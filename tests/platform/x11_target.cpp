@@ -2,7 +2,7 @@
 // says its window id when it is on the screen, and prints every button
 // press it receives in its own client coordinates.
 //
-//   x11_target TITLE X Y WIDTH HEIGHT
+//   x11_target TITLE X Y WIDTH HEIGHT [--on-map]
 //   stdout: "window <id>" once drawn, then "click <button> <x> <y>" per press.
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
@@ -16,8 +16,11 @@
 #include "x11_pattern.h"
 
 int main(int argc, char** argv) {
-    if (argc != 6) {
-        std::fprintf(stderr, "usage: x11_target TITLE X Y WIDTH HEIGHT\n");
+    // --on-map: say the id once mapped, for a window that only has to stand
+    // somewhere (an exposure may come late while a manager is busy).
+    const bool onMap = argc == 7 && std::strcmp(argv[6], "--on-map") == 0;
+    if (argc != 6 && !onMap) {
+        std::fprintf(stderr, "usage: x11_target TITLE X Y WIDTH HEIGHT [--on-map]\n");
         return 2;
     }
     const std::string title = argv[1];
@@ -56,7 +59,11 @@ int main(int argc, char** argv) {
     for (;;) {
         XEvent ev;
         XNextEvent(d, &ev);
-        if (ev.type == Expose) {
+        if (ev.type == MapNotify && onMap && !announced) {
+            std::printf("window %lu\n", static_cast<unsigned long>(win));
+            std::fflush(stdout);
+            announced = true;
+        } else if (ev.type == Expose) {
             XPutImage(d, win, gc, img, 0, 0, 0, 0, static_cast<unsigned>(w), static_cast<unsigned>(h));
             XSync(d, False);
             if (!announced) {

@@ -9,6 +9,7 @@
 #include <canberra.h>
 #include <sys/ipc.h>
 #include <sys/shm.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -74,6 +75,17 @@ const char* EventSoundOf(const std::string& alias) {
     if (alias == "SystemStart") return "service-login";
     if (alias == "SystemExit") return "service-logout";
     return nullptr;
+}
+
+// Event sounds go through the desktop's sound server; without one the
+// library falls back on the sound card directly, which on a machine without
+// one only fills the terminal with complaints. The bell is the better answer.
+bool SoundServerRunning() {
+    if (const char* s = std::getenv("PULSE_SERVER"); s && *s) return true;
+    const char* run = std::getenv("XDG_RUNTIME_DIR");
+    if (run == nullptr || *run == '\0') return false;
+    struct stat st {};
+    return ::stat((std::string(run) + "/pulse/native").c_str(), &st) == 0;
 }
 
 }  // namespace
@@ -708,7 +720,7 @@ void X11Desktop::PlaySystemSound(const std::string& alias) {
     Impl& x = *impl_;
     const char* id = EventSoundOf(alias);
     if (id == nullptr) return;
-    if (x.options.UseCanberra && !x.canberraFailed) {
+    if (x.options.UseCanberra && !x.canberraFailed && SoundServerRunning()) {
         if (x.canberra == nullptr && ca_context_create(&x.canberra) != CA_SUCCESS) {
             x.canberra = nullptr;
             x.canberraFailed = true;

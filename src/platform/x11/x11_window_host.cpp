@@ -219,6 +219,12 @@ std::vector<HostEvent> X11WindowHost::Wait(int timeoutMs) {
                 if (win.Iconic) out.push_back({HostEvent::Kind::Restored, w, {}});
                 win.Iconic = false;
                 break;
+            case DestroyNotify:
+                // Destroyed by someone else (a window closed by force): as if
+                // the user had closed it.
+                x.wins.erase(it);
+                out.push_back({HostEvent::Kind::CloseRequest, w, {}});
+                break;
             case ConfigureNotify:
                 if (ev.xconfigure.width != win.Size.X || ev.xconfigure.height != win.Size.Y) {
                     win.Size = {ev.xconfigure.width, ev.xconfigure.height};
