@@ -78,6 +78,8 @@ private:
     std::array<bool, 6> recheckSlots_{};
     bool recheckRequested_ = false;
     platform::Rect gameRect_;
+    // Where the game window stood when its buttons were last read.
+    platform::Rect buttonsReadAt_;
     platform::Point screen_;
     int frameExtra_ = 0;
     bool gamePlaced_ = false;
