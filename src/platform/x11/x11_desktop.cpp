@@ -654,6 +654,11 @@ std::int32_t X11Desktop::CopyRegion(WindowHandle h, Area area, const Rect& regio
                 XCompositeRedirectWindow(x.dpy, top, CompositeRedirectAutomatic);
                 x.ClearErrors();
                 x.redirected.insert(top);
+                // The new off-screen copy starts as the screen showed it, with
+                // whatever covered the window; the window repaints what was
+                // covered when the server tells it. Give it that moment, once.
+                std::this_thread::sleep_for(std::chrono::milliseconds(50));
+                XSync(x.dpy, False);
             }
             int cx = 0, cy = 0;
             Window child = 0;
