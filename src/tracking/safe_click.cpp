@@ -1,5 +1,6 @@
 #include "tracking/safe_click.h"
 
+#include <algorithm>
 #include <optional>
 
 namespace tracking {
@@ -34,7 +35,8 @@ platform::WindowHandle SafeClicker::CoveredBy(platform::WindowHandle h, platform
 }
 
 ClickResult SafeClicker::Check(const ClickTarget& t, const std::function<bool()>& reread) {
-    if (!t.State.empty() && t.State == lastState_) return ClickResult::AlreadyClicked;
+    if (!t.State.empty() && std::find(clicked_.begin(), clicked_.end(), t.State) != clicked_.end())
+        return ClickResult::AlreadyClicked;
     if (t.Window == 0 || !windows_.IsWindow(t.Window)) return ClickResult::WindowGone;
     const std::optional<platform::WindowInfo> info = windows_.Info(t.Window);
     if (!info) return ClickResult::WindowGone;
@@ -58,7 +60,10 @@ ClickResult SafeClicker::Click(const ClickTarget& t, const std::function<bool()>
     }
     // Between the checks and the press nothing of ours runs, so what was
     // checked still holds (as far as this program can know).
-    lastState_ = t.State;
+    if (!t.State.empty()) {
+        clicked_.push_back(t.State);
+        if (clicked_.size() > 64) clicked_.pop_front();
+    }
     const std::optional<platform::Point> saved = input_.CursorPos();
     input_.SetCursorPos(t.Screen);
     clock_.Wait(0);

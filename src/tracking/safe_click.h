@@ -5,6 +5,7 @@
 // clicked at most once: a click that did not take is not repeated blindly.
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <string>
 
@@ -62,7 +63,8 @@ private:
     platform::Input& input_;
     platform::Clock& clock_;
     std::function<void(const std::string&)> log_;
-    std::string lastState_;
+    // The states that had their click, most recent last (a few deals' worth).
+    std::deque<std::string> clicked_;
 };
 
 }  // namespace tracking

@@ -100,6 +100,8 @@ TEST(SafeClick, OneClickPerGameStateEvenWithoutEffect) {
     EXPECT_EQ(r.clicker.Click(r.Button("deal 1 bid 3"), {}, [&] { return ++polls == 3; }), ClickResult::Done);
     EXPECT_EQ(polls, 3);
     EXPECT_EQ(r.desktop.Clicks().size(), 2u);
+    // Another button's click in between does not open the first state again.
+    EXPECT_EQ(r.clicker.Click(r.Button("deal 1 bid 2"), {}, {}), ClickResult::AlreadyClicked);
 }
 
 }  // namespace
