@@ -165,9 +165,21 @@ void GameWindows::OpenSubWindows(int slot) {
                 e_.Readers.ReadTableInfo(again);
                 return again.ButtonXY[static_cast<std::size_t>(k)] == p;
             },
-            {});
+            [&] { return SubWindowShown(k); });
         if (!ClickMade(r) && r != ClickResult::AlreadyClicked) e_.ClickRefused(t.What, r);
     }
+}
+
+bool GameWindows::SubWindowShown(int slot) {
+    for (const platform::WindowHandle h : e_.Desktop.windows.TopLevel()) {
+        if (e_.Desktop.windows.IsOwnWindow(h)) continue;
+        const std::optional<std::string> title = e_.Desktop.windows.Title(h);
+        if (!title) continue;
+        std::vector<std::string> one{*title};
+        int lang = e_.LanguageRow();
+        if (e_.Titles.FindSubWindow(one, slot, lang) >= 0) return true;
+    }
+    return false;
 }
 
 void GameWindows::ApplyLeftEdgeRule() {

@@ -67,6 +67,8 @@ public:
     void SetScreenSize(platform::Point p) { screen_ = p; }
 
 private:
+    // A window titled as sub-window `slot` of the game is on the screen.
+    bool SubWindowShown(int slot);
     void MoveGame(const platform::Rect& r);
     void ShowTop(int mode, platform::WindowHandle h);
 

@@ -60,10 +60,6 @@ ClickResult SafeClicker::Click(const ClickTarget& t, const std::function<bool()>
     }
     // Between the checks and the press nothing of ours runs, so what was
     // checked still holds (as far as this program can know).
-    if (!t.State.empty()) {
-        clicked_.push_back(t.State);
-        if (clicked_.size() > 64) clicked_.pop_front();
-    }
     const std::optional<platform::Point> saved = input_.CursorPos();
     input_.SetCursorPos(t.Screen);
     clock_.Wait(0);
@@ -80,6 +76,13 @@ ClickResult SafeClicker::Click(const ClickTarget& t, const std::function<bool()>
             if (waited >= effectMs) break;
             clock_.Wait(100);
         }
+    }
+    // A click that did its work moved the game on; the next one that looks
+    // the same belongs to a new state. One without a visible effect spends
+    // its state.
+    if (r != ClickResult::Done || !effect) {
+        if (!t.State.empty()) clicked_.push_back(t.State);
+        if (clicked_.size() > 64) clicked_.pop_front();
     }
     Log(t, r);
     return r;

@@ -47,7 +47,8 @@ public:
 
     // `reread` reads the button again (true: it is still the one meant);
     // `effect` tells whether the click has done its work, polled for up to
-    // effectMs. Either may be empty.
+    // effectMs. Either may be empty. A click whose effect showed leaves its
+    // state free (the game moved on); any other click spends it.
     ClickResult Click(const ClickTarget& t, const std::function<bool()>& reread, const std::function<bool()>& effect,
                       std::uint32_t effectMs = 1000);
 
