@@ -16,6 +16,8 @@
 #include <array>
 #include <bit>
 #include <chrono>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <set>
 #include <thread>
@@ -30,6 +32,12 @@ int g_lastError = 0;
 int RecordError(Display*, XErrorEvent* e) {
     g_lastError = e->error_code;
     return 0;
+}
+// The display itself went away (the X server ended): nothing can go on.
+// Files are only ever replaced whole, so ending here loses none.
+int DisplayLost(Display*) {
+    std::fputs("tarvellos: the X display went away; ending.\n", stderr);
+    std::_Exit(1);
 }
 
 struct Masks {
@@ -417,6 +425,7 @@ std::unique_ptr<X11Desktop> X11Desktop::Open(std::string& error, const X11Option
         return nullptr;
     }
     impl->oldHandler = XSetErrorHandler(RecordError);
+    XSetIOErrorHandler(DisplayLost);
     Display* d = impl->dpy;
     impl->screen = DefaultScreen(d);
     impl->root = RootWindow(d, impl->screen);
