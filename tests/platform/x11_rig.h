@@ -66,6 +66,33 @@ public:
             buffer_.append(buf, static_cast<std::size_t>(n));
         }
     }
+    // Sends `sig` and waits for the end: the exit code, or -1 when a signal ended it.
+    int Signal(int sig) {
+        if (pid_ <= 0) return -1;
+        kill(pid_, sig);
+        int status = 0;
+        waitpid(pid_, &status, 0);
+        pid_ = -1;
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+    // Waits for the end by itself (up to timeoutMs): the exit code, or -1.
+    int Wait(int timeoutMs) {
+        if (pid_ <= 0) return -1;
+        const auto until = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+        int status = 0;
+        while (waitpid(pid_, &status, WNOHANG) == 0) {
+            if (std::chrono::steady_clock::now() >= until) return Signal(SIGKILL), -1;
+            usleep(10000);
+        }
+        pid_ = -1;
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+    // Everything it printed so far and until it closes its output.
+    std::string Rest(int timeoutMs = 2000) {
+        std::string all;
+        while (auto line = ReadLine(timeoutMs)) all += *line + "\n";
+        return all + buffer_;
+    }
     void Stop() {
         if (pid_ > 0) {
             kill(pid_, SIGTERM);
