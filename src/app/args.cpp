@@ -77,6 +77,17 @@ ArgsOutcome ParseDemoArgs(const Args& args, DemoArgs& out) {
     return o;
 }
 
+ArgsOutcome ParseWatchArgs(const Args& args, WatchArgs& out) {
+    CLI::App app{"Follows the game on this desktop in real time and files what the companion files, without windows "
+                 "of its own.",
+                 "tarvellos-cli watch"};
+    app.add_option("--home", out.Home, "program folder (default: the executable's folder)");
+    app.add_option("--deals", out.Deals, "stop after this many filed deals")->check(CLI::Range(1LL, 100000LL));
+    app.add_option("--timeout", out.Timeout, "stop after this many seconds")->check(CLI::Range(0.1, 1e7));
+    app.add_flag("--json", out.Json, "one JSON object per filed deal and per game end, as replay prints");
+    return Parse(app, args);
+}
+
 int Finish(const ArgsOutcome& o) {
     if (o.Exit == 0) std::fputs(o.Text.c_str(), stdout);
     else std::fprintf(stderr, "%s\n", o.Text.c_str());

@@ -38,6 +38,12 @@ struct DemoArgs {
     long long Seed = -1, Deals = -1, Games = -1;
     bool SameRatings = false;  // the player list shows the same ratings after every game
 };
+struct WatchArgs {
+    std::string Home;      // "" = the executable's folder
+    long long Deals = 0;   // 0 = no limit
+    double Timeout = 0;    // seconds; 0 = no limit
+    bool Json = false;
+};
 
 // `program` is the name shown in messages ("tarvellos-cli demo").
 ArgsOutcome ParseSettingsArgs(const Args& args, SettingsArgs& out);
@@ -45,6 +51,7 @@ ArgsOutcome ParseSettingsArgs(const Args& args, SettingsArgs& out);
 ArgsOutcome ParseReadArgs(const std::string& kind, const Args& args, ReadArgs& out);
 ArgsOutcome ParseReplayArgs(const Args& args, ReplayArgs& out);
 ArgsOutcome ParseDemoArgs(const Args& args, DemoArgs& out);
+ArgsOutcome ParseWatchArgs(const Args& args, WatchArgs& out);
 
 // Prints the outcome's text where it belongs; returns its exit code.
 int Finish(const ArgsOutcome& o);

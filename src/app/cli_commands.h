@@ -16,5 +16,6 @@ int RunReadTable(const Args& args);
 int RunReadSub(const std::string& kind, const Args& args);
 int RunReplay(const Args& args);
 int RunDemo(const Args& args);
+int RunWatch(const Args& args);
 
 }  // namespace app

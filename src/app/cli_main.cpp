@@ -14,13 +14,15 @@ void Usage() {
         "  read lasthand|lasttrick|score|table IMAGE [options]\n"
         "                                         read a stored image of a game window\n"
         "  replay SCENARIO.json --out DIR         follow a simulated session\n"
-        "  demo                                   follow a simulated game and tell what happens\n",
+        "  demo                                   follow a simulated game and tell what happens\n"
+        "  watch [--home DIR] [--deals N] [--timeout S] [--json]\n"
+        "                                         follow the game on this desktop in real time\n",
         stdout);
 }
 
 int Main(int argc, char** argv) {
     if (argc < 2) {
-        std::fputs("tarvellos-cli: which command? (settings, read, replay, demo; see --help)\n", stderr);
+        std::fputs("tarvellos-cli: which command? (settings, read, replay, demo, watch; see --help)\n", stderr);
         return 2;
     }
     const std::string cmd = argv[1];
@@ -29,6 +31,7 @@ int Main(int argc, char** argv) {
     if (cmd == "read") return app::RunRead(args);
     if (cmd == "replay") return app::RunReplay(args);
     if (cmd == "demo") return app::RunDemo(args);
+    if (cmd == "watch") return app::RunWatch(args);
     if (cmd == "--help" || cmd == "-h" || cmd == "help") {
         Usage();
         return 0;

@@ -16,6 +16,8 @@ constexpr const char* kDemoScenario = R"JSON({
 
 }  // namespace
 
+const char* DemoScenarioText() { return kDemoScenario; }
+
 bool DemoScenario(sim::Scenario& out, std::string& error, long long seed, long long deals) {
     if (!sim::ParseScenario(kDemoScenario, out, error)) return false;
     if (seed >= 0) out.game.seed = static_cast<std::uint32_t>(seed);

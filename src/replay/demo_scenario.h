@@ -1,5 +1,5 @@
-// The built-in table of the demo and of the game host's --seed runs: twelve
-// random deals at table Oak, the user me_player.
+// The built-in table of the demo and of the game hosts' --seed runs: twelve
+// random deals at table Oak, the user "me_player", an alert list entry.
 #pragma once
 
 #include <string>
@@ -8,7 +8,10 @@
 
 namespace replay {
 
-// seed < 0 and deals <= 0 keep the built-in values.
+// Scenario JSON text (see sim/scenario.h), for hosts that amend it first.
+const char* DemoScenarioText();
+
+// The parsed table; seed < 0 and deals <= 0 keep the built-in values.
 bool DemoScenario(sim::Scenario& out, std::string& error, long long seed = -1, long long deals = -1);
 
 }  // namespace replay

@@ -9,6 +9,7 @@ int BiddingBoard::GetBoardStat() {
     if (e_.Deal.Bidding == BidState::BoardHiddenAfterBid) return 0;
     b.BtnXY = {};
     b.BoardStat = e_.Readers.GetBoardStat(b.BtnXY);
+    readAt_ = e_.Desktop.windows.WindowRect(w_.Game()).value_or(platform::Rect{});
     return b.BoardStat;
 }
 
@@ -44,42 +45,59 @@ void BiddingBoard::ShowBoard(int mode) {
     e_.Events.RaiseWindow(CompanionWindow::Board);
 }
 
-void BiddingBoard::ClickBidButton(int index, bool reread) {
+bool BiddingBoard::ClickBidButton(int index) {
     w_.RestoreGameIfMinimised();
+    const int want = WantedPanel(index);
+    if (want == 0) return false;
+    const std::string what = index == 14   ? std::string("Nil bid button")
+                             : index == 15 ? std::string("Double Nil button")
+                             : index == 16 ? std::string("Show Cards button")
+                                           : "bid " + std::to_string(index) + " button";
+    // Read now, so the place checked is the place pressed. The panel is read
+    // from the screen: a window over it hides it.
+    const platform::Point before = e_.Models.frmBoard.BtnXY[static_cast<std::size_t>(index)];
+    const int stat = GetBoardStat();
     const Board& b = e_.Models.frmBoard;
-    const int s = reread ? GetBoardStat() : b.BoardStat;
-    if (s == BoardOrdinary) {
-        if (!((index >= 1 && index <= 10) || index == 14)) return;
-    } else if (s == BoardDoubleNil) {
-        if (index != 15 && index != 16) return;
-    } else {
-        return;
-    }
     platform::Point p = b.BtnXY[static_cast<std::size_t>(index)];
-    if (p.X == 0 && p.Y == 0) return;
+    if (stat != want || (p.X == 0 && p.Y == 0)) {
+        const bool covered = (before.X != 0 || before.Y != 0) &&
+                             e_.Clicker.CoveredBy(w_.Game(), {before.X + 2, before.Y + 2}) != 0;
+        const ClickResult r = covered ? ClickResult::Covered : ClickResult::ButtonChanged;
+        e_.Log("Click " + what + ": " + ClickResultText(r));
+        e_.ClickRefused(what, r);
+        return false;
+    }
+    const platform::Point read = p;
     if (index == 16) p = {p.X + 15, p.Y + 5};
     if (index == 15) p = {p.X + 5, p.Y + 5};
-    const std::optional<platform::Point> saved = e_.Desktop.input.CursorPos();
-    e_.Desktop.input.SetCursorPos({p.X + 2, p.Y + 2});
-    e_.Clock.Wait(0);
-    e_.Desktop.input.LeftClick();
-    e_.Clock.Wait(0);
-    if (saved) e_.Desktop.input.SetCursorPos(*saved);
+    ClickTarget t;
+    t.Window = w_.Game();
+    t.ReadAt = readAt_;
+    t.Screen = {p.X + 2, p.Y + 2};
+    t.What = what;
+    t.State = "bid " + std::to_string(e_.DealNumber) + " " + std::to_string(e_.Deal.BidCount) + " " +
+              std::to_string(want);
+    const ClickResult r = e_.Clicker.Click(
+        t,
+        [&] {
+            ButtonTable again{};
+            return e_.Readers.GetBoardStat(again) == want && again[static_cast<std::size_t>(index)] == read;
+        },
+        [&] { return e_.Readers.GetBoardStat(buttons_) != want; });
+    if (r != ClickResult::Done && r != ClickResult::AlreadyClicked) e_.ClickRefused(t.What, r);
+    return r == ClickResult::Done;
 }
 
-void BiddingBoard::DoClickEver(int index) {
-    int want = 0;
-    if ((index >= 1 && index <= 10) || index == 14) want = BoardOrdinary;
-    else if (index == 15 || index == 16) want = BoardDoubleNil;
-    else return;
-    // A missed click is repeated while the panel is still up; a panel that
-    // never goes away does not hold the program for ever.
-    bool first = true;
-    for (int round = 0; round < 20; ++round) {
-        ClickBidButton(index, first);
-        first = false;
-        if (GetBoardStat() != want) break;
-    }
+int BiddingBoard::WantedPanel(int index) {
+    if ((index >= 1 && index <= 10) || index == 14) return BoardOrdinary;
+    if (index == 15 || index == 16) return BoardDoubleNil;
+    return 0;
+}
+
+bool BiddingBoard::DoClickEver(int index) {
+    // One press per state of the game: a press that did not take is not
+    // repeated, the user is told instead and the board stays up.
+    return ClickBidButton(index);
 }
 
 void BiddingBoard::Press(int index) {
@@ -89,26 +107,22 @@ void BiddingBoard::Press(int index) {
         if (b.BoardMode & BoardModeConfirmBit) {
             b.RememberedBid = index;
             ShowBoard(BoardConfirm);
-        } else {
-            DoClickEver(index);
+        } else if (DoClickEver(index)) {
             HideMe();
         }
     } else if (index == 15) {
-        DoClickEver(15);
-        HideMe();
+        if (DoClickEver(15)) HideMe();
     } else if (index == 16) {
         ShowBoard(BoardOrdinary);
         DoClickEver(16);
     } else if (index == 17) {
-        DoClickEver(b.RememberedBid);
-        HideMe();
+        if (DoClickEver(b.RememberedBid)) HideMe();
     } else if (index == 18) {
         ShowBoard(BoardOrdinary);
     } else if (index == 20) {
         b.BoardMode &= ~BoardModeConfirmBit;
         b.Btn[20].Visible = false;
-        DoClickEver(b.RememberedBid);
-        HideMe();
+        if (DoClickEver(b.RememberedBid)) HideMe();
     } else if (index == 21) {
         b.BoardMode &= 2;
         b.Btn[21].Visible = false;

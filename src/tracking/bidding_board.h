@@ -25,8 +25,14 @@ public:
     void NewDeal();
 
 private:
-    void ClickBidButton(int index, bool reread);
-    void DoClickEver(int index);
+    // True when the press was made and the panel went.
+    bool ClickBidButton(int index);
+    // The panel a button belongs to (0 = none).
+    static int WantedPanel(int index);
+    bool DoClickEver(int index);
+
+    platform::Rect readAt_;  // the game window when the panel was last read
+    ButtonTable buttons_{};  // scratch for the effect check
 
     Engine& e_;
     GameWindows& w_;

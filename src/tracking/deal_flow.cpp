@@ -23,6 +23,7 @@ void DealFlow::PrepareBidding() {
 }
 
 void DealFlow::EndDealReset() {
+    ++e_.DealNumber;
     DealState& d = e_.Deal;
     d.Bidding = BidState::Watching;
     e_.Models.frmZ.lblMsg.Caption.clear();

@@ -15,7 +15,8 @@ Engine::Engine(const platform::Desktop& desktop, platform::Clock& clock, core::F
       Events(events),
       Cap(cap ? *cap : *ownCap_),
       Titles(titles ? *titles : *ownTitles_),
-      Models(&desktop.sound) {}
+      Models(&desktop.sound),
+      Clicker(desktop.windows, desktop.input, clock, [this](const std::string& line) { Log(line); }) {}
 
 void Engine::Log(const std::string& line) {
     Events.Trace(line);
@@ -28,6 +29,10 @@ void Engine::ShowError(const std::string& text) {
     ErrorLog.push_back(Models.frmErrMsg.Text);
     Events.Error(Models.frmErrMsg.Text);
     Changed();
+}
+
+void Engine::ClickRefused(const std::string& what, ClickResult why) {
+    ShowError("The " + what + " of the game was " + ClickResultText(why) + ". Please press it yourself.");
 }
 
 void Engine::PutMsg(int code) {

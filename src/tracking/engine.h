@@ -27,6 +27,7 @@
 #include "tracking/job_slots.h"
 #include "tracking/readers.h"
 #include "tracking/results.h"
+#include "tracking/safe_click.h"
 
 namespace tracking {
 
@@ -69,10 +70,15 @@ public:
     reading::Capture& Cap;
     reading::WinTitles& Titles;
     CompanionModels Models;
+    // Every press of a game button goes through here.
+    SafeClicker Clicker;
     JobSlots Slots;
     BusyFlags Busy;
 
     OnlineMode Online = OnlineMode::Fresh;
+    // Deals ended since start: with the bids made, it names a state of the
+    // game for the at-most-one-click rule.
+    int DealNumber = 0;
     GameLanguage Language = GameLanguage::English;
     std::int32_t TickCount = 0;
     std::uint32_t TickStart = 0;
@@ -103,6 +109,8 @@ public:
     void Log(const std::string& line);
     void ShowError(const std::string& text);
     void PutMsg(int code);
+    // A click for the user that was not made: the user is told why.
+    void ClickRefused(const std::string& what, ClickResult why);
     void VisualAlarm() { ++Models.frmZ.VisualAlarms; }
     void PlayAlertSound(const std::string& alias);
     // n exclamations, each followed by a wait.

@@ -180,21 +180,44 @@ void GameWindows::FindSubWindow(int slot) {
 }
 
 void GameWindows::OpenSubWindows(int slot) {
-    const std::optional<platform::Point> saved = e_.Desktop.input.CursorPos();
     const int from = slot == 254 ? 1 : slot;
     const int to = slot == 254 ? 3 : slot;
+    static const char* const kButton[] = {"", "Last Trick button", "Last Hand button", "score button"};
     for (int k = from; k <= to; ++k) {
         if (k < 1 || k > 3) continue;
         const platform::Point p = e_.Table.ButtonXY[static_cast<std::size_t>(k)];
         if (p.X + p.Y == 0) continue;
         // A sub-window opened by the previous click may cover the buttons.
         e_.Desktop.windows.SetTopmost(game_, true);
-        e_.Desktop.input.SetCursorPos({p.X - 10, p.Y + 4});
-        e_.Clock.Wait(0);
-        e_.Desktop.input.LeftClick();
-        e_.Clock.Wait(0);
+        ClickTarget t;
+        t.Window = game_;
+        t.ReadAt = buttonsReadAt_;
+        t.Screen = {p.X - 10, p.Y + 4};
+        t.What = kButton[k];
+        // A window the user closes again may be opened again, once per deal.
+        t.State = "sub " + std::to_string(k) + " " + std::to_string(game_) + " " + std::to_string(e_.DealNumber);
+        const ClickResult r = e_.Clicker.Click(
+            t,
+            [&] {
+                TableInfo again;
+                e_.Readers.ReadTableInfo(again);
+                return again.ButtonXY[static_cast<std::size_t>(k)] == p;
+            },
+            [&] { return SubWindowShown(k); });
+        if (!ClickMade(r) && r != ClickResult::AlreadyClicked) e_.ClickRefused(t.What, r);
     }
-    if (saved) e_.Desktop.input.SetCursorPos(*saved);
+}
+
+bool GameWindows::SubWindowShown(int slot) {
+    for (const platform::WindowHandle h : e_.Desktop.windows.TopLevel()) {
+        if (e_.Desktop.windows.IsOwnWindow(h)) continue;
+        const std::optional<std::string> title = e_.Desktop.windows.Title(h);
+        if (!title) continue;
+        std::vector<std::string> one{*title};
+        int lang = e_.LanguageRow();
+        if (e_.Titles.FindSubWindow(one, slot, lang) >= 0) return true;
+    }
+    return false;
 }
 
 void GameWindows::ApplyLeftEdgeRule() {
@@ -235,6 +258,7 @@ void GameWindows::GetSubWindows() {
     const bool dnilPassBefore = e_.Table.DNilPassTable, suicideBefore = e_.Table.SuicideTable;
     e_.Readers.ReadTableInfo(e_.Table);
     e_.SignalTableFlags(dnilPassBefore, suicideBefore);
+    buttonsReadAt_ = e_.Desktop.windows.WindowRect(game_).value_or(platform::Rect{});
     if (e_.Table.GameLanguage != 0) e_.Language = LanguageOfRow(e_.Table.GameLanguage);
     const bool newTable = e_.Table.BoxFound && (game_ != lastTableWindow_ || !newTableSeen_);
     if (newTable) {

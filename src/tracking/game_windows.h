@@ -88,6 +88,8 @@ public:
 private:
     // Reads the user's rating at a new table until the label shows one.
     void SearchRating();
+    // A window titled as sub-window `slot` of the game is on the screen.
+    bool SubWindowShown(int slot);
     void MoveGame(const platform::Rect& r);
     void ShowTop(int mode, platform::WindowHandle h);
 
@@ -100,6 +102,8 @@ private:
     std::array<bool, 6> recheckSlots_{};
     bool recheckRequested_ = false;
     platform::Rect gameRect_;
+    // Where the game window stood when its buttons were last read.
+    platform::Rect buttonsReadAt_;
     platform::Point screen_;
     int frameExtra_ = 0;
     bool gamePlaced_ = false;

@@ -230,6 +230,33 @@ TEST(Session, TheBoardBidsForTheUserInEveryDeal) {
     r.ExpectNoStrayClicks();
 }
 
+// A window over the game's bid panel: the board's press is not made, the
+// user is told, and once the window is gone the press goes through.
+TEST(Session, TheBoardDoesNotPressACoveredBidButton) {
+    TableSetup sp;
+    sp.settings.push_back("BiddingBoard = (10,10)");
+    sp.deals = "1";
+    Table r(sp, "board_covered");
+    ASSERT_TRUE(r.s.Start());
+    for (int i = 0; i < 3000 && !r.s.App.Models().frmBoard.Visible; ++i) r.s.Advance(100);
+    ASSERT_TRUE(r.s.App.Models().frmBoard.Visible);
+    const platform::Rect game = *r.s.Desktop.WindowRect(r.s.Game.TableWindow());
+    const auto cover = r.s.Desktop.AddWindow("Notepad", {game.Left + 100, game.Top + 250, game.Left + 400, game.Top + 450});
+    const std::size_t clicks = r.s.Desktop.Clicks().size();
+    r.s.App.PressBoardButton(4);
+    r.s.App.PressBoardButton(17);
+    EXPECT_EQ(r.s.Desktop.Clicks().size(), clicks);
+    ASSERT_FALSE(r.s.App.ErrorLog().empty());
+    EXPECT_NE(r.s.App.ErrorLog().back().find("covers the button"), std::string::npos) << r.s.App.ErrorLog().back();
+    EXPECT_EQ(r.s.Game.Game().State().bids[static_cast<std::size_t>(r.s.Game.Game().Setup().userSeat)], "");
+
+    r.s.Desktop.CloseWindow(cover);
+    r.s.App.PressBoardButton(4);
+    r.s.App.PressBoardButton(17);
+    EXPECT_EQ(r.s.Game.Game().State().bids[static_cast<std::size_t>(r.s.Game.Game().Setup().userSeat)], "4");
+    r.ExpectNoStrayClicks();
+}
+
 // Captures that deliver nothing at first, a pause, the table window closing
 // and coming back, a restart, closed sub-windows (reopened by clicking): no
 // deal is lost.

@@ -3,6 +3,8 @@
 #include "platform/sim/sim_desktop.h"
 #ifdef _WIN32
 #include "platform/win32/win32_desktop.h"
+#elif defined(TARVELLOS_HAVE_X11)
+#include "platform/x11/x11_desktop.h"
 #endif
 
 namespace platform {
@@ -22,8 +24,9 @@ OpenedDesktop OpenDesktop(DesktopKind kind) {
         case DesktopKind::Native:
 #ifdef _WIN32
             out.Backend = std::make_unique<Win32Desktop>();
+#elif defined(TARVELLOS_HAVE_X11)
+            out.Backend = X11Desktop::Open(out.Error);
 #else
-            // The X11 backend joins here.
             out.Error = "this build has no desktop backend for this system; only the simulated desktop is available";
 #endif
             break;
