@@ -75,7 +75,7 @@ int RunWatch(const Args& args) {
     };
     events.OnGameOver = [&](const tracking::GameOver& g) {
         lost.Add(g.Saves);
-        if (a.Json) std::printf("%s\n", replay::GameOverJson(g.Score, g.Saves).Dump().c_str());
+        if (a.Json) std::printf("%s\n", replay::GameOverJson(g).Dump().c_str());
         else std::printf("game over: %d / %d\n", g.Score[0], g.Score[2]);
         std::fflush(stdout);
     };
