@@ -11,12 +11,18 @@
 
 namespace {
 
-std::string FuzzFile() {
-    static const std::string path =
-        (std::filesystem::temp_directory_path() / ("tarvellos-winpos-fuzz-" + std::to_string(getpid()) + ".cfg"))
-            .string();
-    return path;
+// A folder of its own: a file that cannot be read is copied aside before it
+// is replaced, and those copies are cleared after every input.
+const std::filesystem::path& FuzzFolder() {
+    static const std::filesystem::path dir = [] {
+        auto d = std::filesystem::temp_directory_path() / ("tarvellos-winpos-fuzz-" + std::to_string(getpid()));
+        std::filesystem::create_directories(d);
+        return d;
+    }();
+    return dir;
 }
+
+std::string FuzzFile() { return (FuzzFolder() / "positions.cfg").string(); }
 
 int Clamped(int v) { return v > 1000 ? 0 : v < -10 ? -10 : v; }
 
@@ -46,6 +52,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             if (after[w].X != Clamped(previous[w].X) || after[w].Y != Clamped(previous[w].Y)) std::abort();
     }
     std::error_code ec;
-    std::filesystem::remove(path, ec);
+    for (const auto& e : std::filesystem::directory_iterator(FuzzFolder(), ec)) std::filesystem::remove(e.path(), ec);
     return 0;
 }
