@@ -95,7 +95,7 @@ TEST(RatingsAfterGames, ProvisionalRatingReadFromTheTextArea) {
     ASSERT_EQ(lines.size(), 1u);
     EXPECT_EQ(core::Left(lines[0], 5), "1488 ");
     // The text area as the reader reads it: the name, then the number.
-    EXPECT_EQ(r.s.Screen.Readers.RatingLines(), std::vector<std::string>{"me_playernewrating:1488"});
+    EXPECT_EQ(r.s.Screen.Readers().RatingLines(), std::vector<std::string>{"me_playernewrating:1488"});
 }
 
 // Without ratings given, the user's rating moves a few points after each game.
