@@ -71,7 +71,7 @@ TEST(RatingsAfterGames, RecordedWhenChangedOnly) {
     ASSERT_EQ(r.games.size(), 2u);
     EXPECT_EQ(core::Trim(r.games[0].Rating) + " " + r.games[0].RatingNote, "1561 recorded");
     EXPECT_TRUE(r.games[0].RatingRecorded);
-    EXPECT_EQ(core::Trim(r.games[1].Rating) + " " + r.games[1].RatingNote, "1561 unchanged since the last recorded game");
+    EXPECT_EQ(core::Trim(r.games[1].Rating) + " " + r.games[1].RatingNote, "1561 the same as the history's last rating");
     EXPECT_FALSE(r.games[1].RatingRecorded);
     const auto lines = r.History();
     ASSERT_EQ(lines.size(), 1u);
