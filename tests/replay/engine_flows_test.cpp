@@ -288,6 +288,7 @@ TEST(Actions, WrongActionsNameTheMember) {
         {R"({"at": "2026-03-05T21:01:00", "do": "chooseSeatMenuEntry", "arg": [4, "x"]})", "actions[0].arg: chooseSeatMenuEntry needs"},
         {R"({"at": "2026-03-05T21:01:00", "do": "moveCompanionWindow", "arg": ["board", 1, 2]})", "actions[0].arg: moveCompanionWindow needs"},
         {R"({"at": "2026-03-05T20:59:59", "do": "end"})", "actions[0].at: must lie between the start"},
+        {R"({"at": "2026-03-05T21:01:00", "do": "openRecord", "arg": "../TarvelloS"})", "actions[0].arg: openRecord needs a record name"},
         {R"({"at": "21:01", "do": "end"})", "actions[0].at: \"21:01\" is not a date and time"},
         {R"({"at": "2026-03-05T21:01:00", "do": "end", "when": 1})", "actions[0].when: unknown member"},
     };
