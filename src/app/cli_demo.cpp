@@ -146,7 +146,7 @@ int RunDemo(const Args& args) {
                     std::printf("  Rating %s NOT recorded: %s: %s\n\n", shown.c_str(), rating.LastSave.Path.c_str(),
                                 rating.LastSave.Reason.c_str());
                 else
-                    std::printf("  Rating %s not recorded: %s\n\n", shown.empty() ? "-" : shown.c_str(), g.RatingNote.c_str());
+                    std::printf("  Rating %s, no history line: %s\n\n", shown.empty() ? "-" : shown.c_str(), g.RatingNote.c_str());
             }
         } else {
             std::printf("%s\n", replay::GameOverJson(g).Dump().c_str());

@@ -98,7 +98,7 @@ std::string HistoryResultText(HistoryResult r) {
         case HistoryResult::NotRecorded: return "not a game to record";
         case HistoryResult::Unreadable: return "the history file cannot be read";
         case HistoryResult::WriteFailed: return "the history file cannot be written";
-        case HistoryResult::Unchanged: return "unchanged since the last recorded game";
+        case HistoryResult::Unchanged: return "the same as the history's last rating";
         case HistoryResult::RobotTable: return "robots played";
         case HistoryResult::NotAtTable: return "the user's ID is not in the player list";
     }

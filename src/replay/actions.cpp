@@ -11,7 +11,7 @@ using tracking::Companion;
 using tracking::CompanionWindow;
 
 // What a command takes as "arg".
-enum class Arg { None, Number, Text, YesNo, SeatReason, WindowAt };
+enum class Arg { None, Number, RecordName, YesNo, SeatReason, WindowAt };
 
 struct Command {
     const char* Name;
@@ -52,7 +52,7 @@ const std::vector<Command>& Commands() {
         {"resizeMain", Arg::Number, 0, 10000, "the main window's new height in pixels",
          [](Companion& a, const core::Json& j) { a.ResizeMain(Int(j)); }},
         {"restartTable", Arg::None, 0, 0, "\"Restart\"", [](Companion& a, const core::Json&) { a.RestartTable(); }},
-        {"openRecord", Arg::Text, 0, 0, "a record of the file box by name, e.g. \"03_05_001\"",
+        {"openRecord", Arg::RecordName, 0, 0, "a record of the file box by name, e.g. \"03_05_001\"",
          [](Companion& a, const core::Json& j) { (void)a.OpenRecord(j.AsString()); }},
         {"selectRecord", Arg::Number, 0, 99999, "selects the file box entry of this index (0 = the newest)",
          [](Companion& a, const core::Json& j) { a.SelectRecord(Int(j)); }},
@@ -90,7 +90,11 @@ std::string CheckArg(const Command& c, const core::Json& arg) {
     switch (c.Kind) {
         case Arg::None: return arg.IsNull() ? "" : "takes no arg";
         case Arg::Number: return WholeIn(arg, c.Lo, c.Hi) ? "" : "needs a whole number " + range;
-        case Arg::Text: return arg.IsString() && !arg.AsString().empty() ? "" : "needs a text";
+        case Arg::RecordName:
+            // A record of the work folder, never a path elsewhere.
+            return arg.IsString() && !arg.AsString().empty() && arg.AsString().find_first_of("/\\:") == std::string::npos
+                       ? ""
+                       : "needs a record name of the work folder (no folder in it)";
         case Arg::YesNo: return arg.IsBool() ? "" : "needs true or false";
         case Arg::SeatReason:
             return arg.IsArray() && arg.Size() == 2 && WholeIn(arg[0], c.Lo, c.Hi) && arg[1].IsString()

@@ -8,7 +8,7 @@ namespace tracking {
 
 Companion::Companion(const platform::Desktop& desktop, platform::Clock& clock, core::Folders folders, ScreenReading& screen,
                      CompanionEvents& events)
-    : Companion(desktop, clock, std::move(folders), screen.Readers, &events, &screen.Cap, &screen.Titles) {}
+    : Companion(desktop, clock, std::move(folders), screen.Readers(), &events, &screen.Cap(), &screen.Titles()) {}
 
 Companion::Companion(const platform::Desktop& desktop, platform::Clock& clock, core::Folders folders, GameReaders& readers,
                      CompanionEvents* events)

@@ -62,12 +62,18 @@ private:
 
 // The screen reading of the product, in the order it must be made: the
 // titles and the capture first, then the readers that use them.
-struct ScreenReading {
+class ScreenReading {
+public:
     ScreenReading(const platform::Desktop& desktop, platform::Clock& clock)
-        : Cap(desktop.windows, desktop.capture, clock), Readers(Cap, Titles, desktop.sound) {}
-    reading::WinTitles Titles;
-    reading::Capture Cap;
-    PixelReaders Readers;
+        : cap_(desktop.windows, desktop.capture, clock), readers_(cap_, titles_, desktop.sound) {}
+    reading::WinTitles& Titles() { return titles_; }
+    reading::Capture& Cap() { return cap_; }
+    PixelReaders& Readers() { return readers_; }
+
+private:
+    reading::WinTitles titles_;
+    reading::Capture cap_;
+    PixelReaders readers_;
 };
 
 // Tricks positions of the table (0 lower left, 1 upper left, 2 upper right,

@@ -71,7 +71,7 @@ TEST(RatingsAfterGames, RecordedWhenChangedOnly) {
     ASSERT_EQ(r.games.size(), 2u);
     EXPECT_EQ(core::Trim(r.games[0].Rating) + " " + r.games[0].RatingNote, "1561 recorded");
     EXPECT_TRUE(r.games[0].RatingRecorded);
-    EXPECT_EQ(core::Trim(r.games[1].Rating) + " " + r.games[1].RatingNote, "1561 unchanged since the last recorded game");
+    EXPECT_EQ(core::Trim(r.games[1].Rating) + " " + r.games[1].RatingNote, "1561 the same as the history's last rating");
     EXPECT_FALSE(r.games[1].RatingRecorded);
     const auto lines = r.History();
     ASSERT_EQ(lines.size(), 1u);
@@ -95,7 +95,7 @@ TEST(RatingsAfterGames, ProvisionalRatingReadFromTheTextArea) {
     ASSERT_EQ(lines.size(), 1u);
     EXPECT_EQ(core::Left(lines[0], 5), "1488 ");
     // The text area as the reader reads it: the name, then the number.
-    EXPECT_EQ(r.s.Screen.Readers.RatingLines(), std::vector<std::string>{"me_playernewrating:1488"});
+    EXPECT_EQ(r.s.Screen.Readers().RatingLines(), std::vector<std::string>{"me_playernewrating:1488"});
 }
 
 // Without ratings given, the user's rating moves a few points after each game.
@@ -288,6 +288,7 @@ TEST(Actions, WrongActionsNameTheMember) {
         {R"({"at": "2026-03-05T21:01:00", "do": "chooseSeatMenuEntry", "arg": [4, "x"]})", "actions[0].arg: chooseSeatMenuEntry needs"},
         {R"({"at": "2026-03-05T21:01:00", "do": "moveCompanionWindow", "arg": ["board", 1, 2]})", "actions[0].arg: moveCompanionWindow needs"},
         {R"({"at": "2026-03-05T20:59:59", "do": "end"})", "actions[0].at: must lie between the start"},
+        {R"({"at": "2026-03-05T21:01:00", "do": "openRecord", "arg": "../TarvelloS"})", "actions[0].arg: openRecord needs a record name"},
         {R"({"at": "21:01", "do": "end"})", "actions[0].at: \"21:01\" is not a date and time"},
         {R"({"at": "2026-03-05T21:01:00", "do": "end", "when": 1})", "actions[0].when: unknown member"},
     };
