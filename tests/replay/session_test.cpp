@@ -7,6 +7,8 @@
 #include <filesystem>
 #include <sstream>
 
+#include <unistd.h>
+
 #include "core/text.h"
 #include "display/deal_record.h"
 #include "sim/scenario.h"
@@ -18,7 +20,9 @@ namespace {
 namespace fs = std::filesystem;
 
 std::string TempHome(const std::string& name) {
-    auto p = fs::temp_directory_path() / ("tarvellos_session_" + name);
+    // The process id keeps two test runs on one machine (two build folders)
+    // out of each other's folders.
+    auto p = fs::temp_directory_path() / ("tarvellos_session_" + name + "_" + std::to_string(getpid()));
     fs::remove_all(p);
     return p.string();
 }
