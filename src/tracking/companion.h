@@ -102,6 +102,8 @@ public:
     // Start-up refuses to run from an archive or temporary folder; a
     // simulated session may well run from one.
     void SetArchiveCheck(bool on) { checkArchive_ = on; }
+    // The window layer measures texts with the fonts it prints them in.
+    void SetTextMeasure(core::TextWidthFn measure) { e_.Measure = std::move(measure); }
 
 private:
     // Both public constructors come here; null `cap`/`titles` when the

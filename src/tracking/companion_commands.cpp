@@ -101,6 +101,18 @@ void Companion::MoveCompanionWindow(CompanionWindow w, int x, int y) {
             m.frmHelpBid.Window.Left = x;
             m.frmHelpBid.Window.Top = y;
             break;
+        case CompanionWindow::CardPlay:
+            m.frmCardPlay.Window.Left = x;
+            m.frmCardPlay.Window.Top = y;
+            break;
+        case CompanionWindow::Score:
+            m.frmScore.Window.Left = x;
+            m.frmScore.Window.Top = y;
+            break;
+        case CompanionWindow::Hands:
+            m.Hands.Window.Left = x;
+            m.Hands.Window.Top = y;
+            break;
         default:
             break;
     }

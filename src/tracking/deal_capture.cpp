@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/text.h"
+#include "tracking/deal_views.h"
 
 namespace tracking {
 
@@ -90,6 +91,7 @@ CaptureResult DealCapture::ReadAndFile() {
     if (count == 0) {
         const std::string& third = e_.Models.Counters.frmCounter.cTrk[2].Caption;
         if (!third.empty() && third != "0") flow_.EndDealReset();
+        ClearDealScore(e_);
         return CaptureResult::NewGame;
     }
 
@@ -114,6 +116,7 @@ CaptureResult DealCapture::ReadAndFile() {
 
     for (int p = 0; p < 4; ++p)
         if (hand.Names[p].empty()) hand.Names[p] = e_.Record.Names[p];
+    ClearHandsView(e_);
     if (filer_.AlreadyFiled(hand)) return CaptureResult::HandUnchanged;
 
     // The user's seat.

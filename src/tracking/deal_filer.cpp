@@ -2,6 +2,7 @@
 
 #include "core/text.h"
 #include "scoring/nil_history.h"
+#include "tracking/deal_views.h"
 
 namespace tracking {
 
@@ -110,6 +111,7 @@ void DealFiler::File(const reading::HandRead& hand, int p) {
     out.Names = rec.Names;
     for (int s = 0; s < 4; ++s) out.Tricks[s] = tc.Tricks[s];
     out.UserSeat = e_.UserSeat();
+    ShowFiledDeal(e_);
     e_.Changed();
     e_.Events.DealFiled(out);
 
