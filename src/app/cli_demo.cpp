@@ -16,6 +16,7 @@
 #include "platform/console.h"
 #include "platform/system_info.h"
 #include "sim/scenario.h"
+#include "replay/demo_scenario.h"
 #include "replay/json_lines.h"
 #include "replay/program_files.h"
 #include "replay/session.h"
@@ -24,30 +25,6 @@
 namespace app {
 
 namespace {
-
-constexpr const char* kDemoScenario = R"JSON({
-  "start": "2026-03-05T21:00:00", "language": 1, "screen": [1280, 1024],
-  "table": {"name": "Oak", "host": "alice", "dnilPass": false, "suicide": false},
-  "settings": ["MyYahooID = me_player", "BidTrickCounter = (*,0),(*,0)", "AlertNilBids = yes"],
-  "alertFile": ["righty_two(Staller),"],
-  "players": ["me_player", "lefty_one", "partner_x", "righty_two"],
-  "ratings": ["1534", "1620", "1480", "1701"],
-  "watchers": [["kibitz_a", "1500"]],
-  "deals": 12, "seed": 2})JSON";
-
-// A new folder of the demo's own under the system's temporary folder, so a
-// player's files are never touched; kept after the run to be looked at.
-std::string FreshHome(std::string& error) {
-    std::error_code ec;
-    const std::string base = (std::filesystem::temp_directory_path(ec) / "tarvellos-demo-XXXXXX").string();
-    std::vector<char> name(base.begin(), base.end());
-    name.push_back('\0');
-    if (ec || !mkdtemp(name.data())) {
-        error = std::string("cannot create a folder for the demo: ") + std::strerror(errno);
-        return "";
-    }
-    return name.data();
-}
 
 std::string Side(int we, int they) { return std::to_string(we) + " / " + std::to_string(they); }
 
@@ -88,14 +65,14 @@ int RunDemo(const Args& args) {
 
     sim::Scenario scenario;
     std::string error;
-    if (!sim::ParseScenario(kDemoScenario, scenario, error)) {
+    if (!sim::ParseScenario(replay::DemoScenarioJson(), scenario, error)) {
         std::fprintf(stderr, "tarvellos-cli demo: built-in scenario: %s\n", error.c_str());
         return 1;
     }
     if (a.Seed >= 0) scenario.game.seed = static_cast<std::uint32_t>(a.Seed);
     if (a.Deals > 0) scenario.game.randomDeals = static_cast<int>(a.Deals);
     std::string home = a.Home;
-    if (home.empty()) home = FreshHome(error);
+    if (home.empty()) home = replay::FreshFolder("tarvellos-demo", error);
     if (home.empty()) {
         std::fprintf(stderr, "tarvellos-cli demo: %s\n", error.c_str());
         return 1;

@@ -210,7 +210,8 @@ ScoreSheet BuildScoreSheet(const ScoreRows& rows, const ScoreSheetInput& in, con
                 RowCaption("After", in.Left + 2, s.CurrentY + 2 * p, captionWidth)};
     s.Label1[1].Visible = s.Label1[3].Visible = r > 1;
     s.Label1[2].Visible = r >= 1;
-    const int right = static_cast<int>(std::lround(s.M.C[3] + 2 * w));
+    // Past the last edge only the closing bag figures "(n)" stand.
+    const int right = static_cast<int>(std::lround(s.M.C[3] + 1.3 * w));
     s.Frame = {in.Left, in.Top - 2, right - in.Left, s.CurrentY + 3 * p + 2 - (in.Top - 2), true};
     const int lineLeft = static_cast<int>(std::lround(s.M.X0));
     s.Line1 = {lineLeft, s.CurrentY - 3, right - lineLeft, 0, true};

@@ -30,7 +30,7 @@ constexpr const char* kProgramCaption = "TarvelloS  2.5";
 // The main window frmZ.
 struct MainWindow {
     std::string Caption = kProgramCaption;
-    platform::Rect Rect{0, 0, 330, 560};
+    platform::Rect Rect{0, 0, 350, 560};  // wide enough for the score sheet's last column
     bool Topmost = false;
     std::array<core::Label, 4> plName;   // player names by table position
     std::array<core::Label, 4> lblBid;   // bids by table position

@@ -94,7 +94,9 @@ void ShowFiledDeal(Engine& e) {
 
     if (e.Settings.MyHandPos.On()) {
         const display::FourHands hands = display::HandsFromRecord(rec, e.Settings.CardOrderDescending);
-        m.Hands.Hands = display::BuildHandsView(hands, seatOfPos, m.TextSheet, e.CountingAllowed(), e.Measure);
+        // A filed deal is complete: nothing is left to count, so it is drawn
+        // without the void and holder marks of a deal in progress.
+        m.Hands.Hands = display::BuildHandsView(hands, seatOfPos, m.TextSheet, false, e.Measure);
         m.Hands.TrickTable = display::BuildTrickTable(played, m.CardSheet, HandsTrickTableLeft, 4);
         m.Hands.Window.Visible = true;
         ++m.Hands.Window.TopmostRequests;

@@ -307,7 +307,8 @@ void FrmZ::setScoreSheet(QWidget* sheet) {
     sheet_ = sheet;
     if (!sheet_) return;
     sheet_->setParent(this);
-    sheet_->setGeometry(kSheetArea);
+    // The sheet's columns are measured from the window's left edge.
+    sheet_->setGeometry(0, kSheetArea.top(), kClientWidth, kSheetArea.height());
     sheet_->setVisible(otherControlsVisible_);
 }
 

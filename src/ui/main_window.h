@@ -45,7 +45,7 @@ public:
     QListWidget* fileList() const { return filBox_; }
     QMenu* alertMenu() const { return menuAlert_; }
 
-    static constexpr int kClientWidth = 324;
+    static constexpr int kClientWidth = 344;
 
 signals:
     void bidClicked();

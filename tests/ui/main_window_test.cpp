@@ -19,7 +19,7 @@ using uitest::MatchesReference;
 tracking::MainWindow OnlineModel() {
     tracking::MainWindow m;
     m.Caption = "TarvelloS  2.5 - Oak (alice)";
-    m.Rect = {600, 40, 930, 600};
+    m.Rect = {600, 40, 950, 600};
     const char* names[4] = {"me_player", "lefty_one", "partner_x", "righty_two"};
     const char* bids[4] = {"4", "3", "N", ""};
     const char* seats[4] = {"S", "W", "N", "E"};
@@ -66,7 +66,7 @@ struct Window {
 
 TEST(MainWindow, OnlineLayout) {
     Window f;
-    EXPECT_EQ(f.w.width(), 330 - 6);
+    EXPECT_EQ(f.w.width(), 350 - 6);
     EXPECT_EQ(f.w.windowTitle(), QStringLiteral("TarvelloS  2.5 - Oak (alice)"));
     EXPECT_TRUE(MatchesReference(f.w, "frmZ-online"));
 }
