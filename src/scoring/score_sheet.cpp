@@ -269,11 +269,13 @@ void Show_Score(ScoreWindow& w, const ScoreSheet& sheet, const std::array<std::s
         l.Caption = name;
     }
     w.picItems.Clear();
-    // The two column groups of the sheet, each copied as one block.
+    // The two column groups of the sheet, each copied as one block that
+    // starts far enough left of its first edge to keep a hanging minus
+    // before three digits.
     const double cw = sheet.M.W;
-    const int width = static_cast<int>(std::lround(12.1 * cw));
-    const std::array<int, 2> srcX = {static_cast<int>(std::lround(sheet.M.C[0] - 4.1 * cw)),
-                                     static_cast<int>(std::lround(sheet.M.C[2] - 3.5 * cw))};
+    const int width = static_cast<int>(std::lround(12.5 * cw));
+    const std::array<int, 2> srcX = {static_cast<int>(std::lround(sheet.M.C[0] - 4.5 * cw)),
+                                     static_cast<int>(std::lround(sheet.M.C[2] - 4.5 * cw))};
     const std::array<int, 2> dstX = {5, 5 + width + 20};
     const int y = sheet.CurrentY, p = sheet.M.Pitch;
     for (std::size_t g = 0; g < 2; ++g) {
