@@ -217,6 +217,12 @@ bool CompanionUi::eventFilter(QObject* o, QEvent* e) {
     return QObject::eventFilter(o, e);
 }
 
+QWidget* CompanionUi::window(const char* name) const {
+    for (const NamedWindow& w : windows())
+        if (std::string_view(w.Name) == name) return w.Window;
+    return nullptr;
+}
+
 std::vector<NamedWindow> CompanionUi::windows() const {
     std::vector<NamedWindow> out{{"main", main_.get()}};
     if (!c_) return out;

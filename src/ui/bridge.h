@@ -73,6 +73,9 @@ public:
     // The windows, the main window first.
     std::vector<NamedWindow> windows() const;
     FrmZ& mainWindow() { return *main_; }
+    QWidget* window(const char* name) const;
+    const ScoreSheetView* scoreSheet() const { return sheet_; }
+    const CardSheets& sheets() const { return sheets_; }
     int ticks() const { return ticks_; }
     // One tick as the timer runs it (tests and benchmarks call it directly).
     void tick();

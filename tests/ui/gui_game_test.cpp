@@ -1,0 +1,117 @@
+// A whole simulated game through the windows, offscreen: after every deal
+// the counter, the score sheet, the card play window and the hand display
+// show what the engine's models hold, pixel for pixel where they copy from
+// the sheets.
+#include <QDir>
+#include <filesystem>
+
+#include "replay/demo_scenario.h"
+#include "replay/program_files.h"
+#include "replay/session.h"
+#include "sim/scenario.h"
+#include "ui/bridge.h"
+#include "ui_test_util.h"
+
+namespace {
+
+using uitest::CountDark;
+
+// Pixels of `shot` that differ from the sheet's blocks a draw list copies,
+// with the list's origin at `origin`. Where blocks overlap, the later one
+// is what shows.
+int CopiesDiffering(const QImage& shot, const core::DrawList& list, const QImage& sheet, core::SheetId from,
+                    QPoint origin = {}) {
+    std::vector<bool> covered(static_cast<std::size_t>(shot.width() * shot.height()));
+    const auto copies = list.All<core::DrawImage>();
+    int n = 0;
+    for (auto c = copies.rbegin(); c != copies.rend(); ++c) {
+        for (int y = 0; y < c->Height; ++y)
+            for (int x = 0; x < c->Width; ++x) {
+                const int sx = origin.x() + c->X + x, sy = origin.y() + c->Y + y;
+                if (!shot.rect().contains(sx, sy)) continue;
+                const auto at = static_cast<std::size_t>(sy * shot.width() + sx);
+                if (covered[at]) continue;
+                covered[at] = true;
+                if (c->Source == from && shot.pixel(sx, sy) != sheet.pixel(c->SrcX + x, c->SrcY + y)) ++n;
+            }
+    }
+    return n;
+}
+
+struct Game {
+    explicit Game(int deals, int seed = 2) {
+        std::string err;
+        EXPECT_TRUE(sim::ParseScenario(replay::DemoScenarioJson(), scenario, err)) << err;
+        scenario.settings.insert(scenario.settings.end(),
+                                 {"CountCards = yes (*,0)", "MyHand = (*,0)", "PasteScoreTable = (*,0)"});
+        scenario.game.randomDeals = deals;
+        scenario.game.seed = static_cast<std::uint32_t>(seed);
+        home = (std::filesystem::temp_directory_path() / ("tarvellos_gui_game_" + std::to_string(seed))).string();
+        std::filesystem::remove_all(home);
+        EXPECT_TRUE(replay::WriteProgramFiles(scenario, home).Ok);
+    }
+    ~Game() { std::filesystem::remove_all(home); }
+    sim::Scenario scenario;
+    std::string home;
+};
+
+TEST(GuiGame, AfterEachDealTheWindowsShowTheModels) {
+    Game g(4);
+    ui::CompanionUi ui;
+    replay::Session s(g.scenario, g.home, &ui);
+    ui.attach(s.App);
+    ui.BeforeTick = [&] { s.Advance(static_cast<std::uint32_t>(s.App.TimerInterval())); };
+    bool pending = false;
+    int checked = 0;
+    ui.OnDealFiled = [&](const tracking::FiledDeal&) { pending = true; };
+    ui.AfterTick = [&] {
+        if (!pending) return;
+        pending = false;
+        ++checked;
+        const auto& m = s.App.Models();
+        const ui::CardSheets& sheets = ui.sheets();
+
+        auto* counter = dynamic_cast<ui::FrmCounter*>(ui.window("counter"));
+        ASSERT_TRUE(counter && counter->isVisible());
+        for (int i = 0; i < 3; ++i) {
+            const auto& l = m.Counters.frmCounter.cTrk[static_cast<std::size_t>(i)];
+            EXPECT_EQ(counter->model().cTrk[static_cast<std::size_t>(i)].Caption, l.Caption);
+            if (l.Visible && !l.Caption.empty()) {
+                EXPECT_GT(CountDark(ui::Snapshot(*counter), QRect(l.Left, l.Top, l.Width, l.Height)), 3)
+                    << "trick figure " << i;
+            }
+        }
+
+        const QImage& sheet = ui.scoreSheet()->surface();
+        int texts = 0;
+        for (const auto& t : m.ScoreSheet.Main.All<core::DrawText>()) {
+            const QRect at(static_cast<int>(t.X), static_cast<int>(t.Y), 10, m.ScoreSheet.M.Pitch);
+            EXPECT_GT(CountDark(sheet, at), 0) << t.Text << " at " << t.X << "," << t.Y;
+            ++texts;
+        }
+        EXPECT_GE(texts, 8);  // names, bids, the deal's points and bags of both sides
+
+        auto* cardPlay = ui.window("cardplay");
+        ASSERT_TRUE(cardPlay->isVisible());
+        EXPECT_EQ(m.frmCardPlay.Items.All<core::DrawImage>().size(), 52u);
+        EXPECT_EQ(CopiesDiffering(ui::Snapshot(*cardPlay), m.frmCardPlay.Items, sheets.Card, core::SheetId::CardSheet), 0);
+
+        auto* hands = ui.window("hands");
+        ASSERT_TRUE(hands->isVisible());
+        const QImage handShot = ui::Snapshot(*hands);
+        EXPECT_EQ(CopiesDiffering(handShot, m.Hands.Hands.Items, sheets.Text, core::SheetId::TextSheet, {6, 2}), 0);
+        EXPECT_EQ(CopiesDiffering(handShot, m.Hands.TrickTable, sheets.Card, core::SheetId::CardSheet), 0);
+
+        auto* score = ui.window("score");
+        ASSERT_TRUE(score->isVisible());
+        EXPECT_EQ(score->windowTitle(), QStringLiteral("Score"));
+    };
+    ASSERT_TRUE(s.Start(false, false));
+    ui.start();
+    ui.stop();  // the test ticks by hand, as fast as it goes
+    for (int i = 0; i < 40000 && !(s.GameFinished() && s.App.FiledCount() >= s.DealsPlayed()); ++i) ui.tick();
+    EXPECT_EQ(checked, 4);
+    EXPECT_EQ(s.App.FiledCount(), 4);
+}
+
+}  // namespace
