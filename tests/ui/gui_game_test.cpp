@@ -2,7 +2,7 @@
 // the counter, the score sheet, the card play window and the hand display
 // show what the engine's models hold, pixel for pixel where they copy from
 // the sheets.
-#include <QDir>
+#include <QCoreApplication>
 #include <filesystem>
 
 #include "replay/demo_scenario.h"
@@ -39,11 +39,12 @@ int CopiesDiffering(const QImage& shot, const core::DrawList& list, const QImage
 }
 
 struct Game {
-    explicit Game(int deals, int seed = 2) {
+    explicit Game(int deals, int seed = 2, std::vector<std::string> more = {}) {
         std::string err;
         EXPECT_TRUE(sim::ParseScenario(replay::DemoScenarioJson(), scenario, err)) << err;
         scenario.settings.insert(scenario.settings.end(),
                                  {"CountCards = yes (*,0)", "MyHand = (*,0)", "PasteScoreTable = (*,0)"});
+        scenario.settings.insert(scenario.settings.end(), more.begin(), more.end());
         scenario.game.randomDeals = deals;
         scenario.game.seed = static_cast<std::uint32_t>(seed);
         home = (std::filesystem::temp_directory_path() / ("tarvellos_gui_game_" + std::to_string(seed))).string();
@@ -112,6 +113,45 @@ TEST(GuiGame, AfterEachDealTheWindowsShowTheModels) {
     for (int i = 0; i < 40000 && !(s.GameFinished() && s.App.FiledCount() >= s.DealsPlayed()); ++i) ui.tick();
     EXPECT_EQ(checked, 4);
     EXPECT_EQ(s.App.FiledCount(), 4);
+}
+
+}  // namespace
+
+namespace {
+
+// The user drags the card play window and the main window, ends the
+// program, and finds both where they were left at the next start.
+TEST(GuiGame, DraggedWindowsStandWhereTheyWereLeftAfterARestart) {
+    Game g(2, 5, {"CFG = Windows.CFG"});
+    {
+        ui::CompanionUi ui;
+        replay::Session s(g.scenario, g.home, &ui);
+        ui.attach(s.App);
+        ui.BeforeTick = [&] { s.Advance(static_cast<std::uint32_t>(s.App.TimerInterval())); };
+        ASSERT_TRUE(s.Start(false, false));
+        ui.start();
+        ui.stop();
+        for (int i = 0; i < 20000 && s.App.FiledCount() < 1; ++i) ui.tick();
+        QWidget* cardPlay = ui.window("cardplay");
+        ASSERT_TRUE(cardPlay->isVisible());
+        cardPlay->move(123, 456);
+        ui.mainWindow().move(700, 30);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(s.App.Models().frmCardPlay.Window.Left, 123);
+        ui.mainWindow().close();  // closing the main window is "End"
+        for (int i = 0; i < 10 && !s.App.Ended(); ++i) ui.tick();
+        ASSERT_TRUE(s.App.Ended());
+    }
+    ui::CompanionUi ui;
+    replay::Session s(g.scenario, g.home, &ui);
+    ui.attach(s.App);
+    ui.BeforeTick = [&] { s.Advance(static_cast<std::uint32_t>(s.App.TimerInterval())); };
+    ASSERT_TRUE(s.Start(false, false));
+    ui.start();
+    ui.stop();
+    EXPECT_EQ(ui.mainWindow().pos(), QPoint(700, 30));
+    for (int i = 0; i < 20000 && s.App.FiledCount() < 1; ++i) ui.tick();
+    EXPECT_EQ(ui.window("cardplay")->pos(), QPoint(123, 456));
 }
 
 }  // namespace
