@@ -155,3 +155,30 @@ TEST(GuiGame, DraggedWindowsStandWhereTheyWereLeftAfterARestart) {
 }
 
 }  // namespace
+
+namespace {
+
+// The Japanese interface through a deal: the windows' Japanese captions,
+// and their pictures written for review.
+TEST(GuiGame, JapaneseInterfaceCaptions) {
+    Game g(1, 9, {"JPN = yes"});
+    g.scenario.codepage = 932;
+    ASSERT_TRUE(replay::WriteProgramFiles(g.scenario, g.home + "-jp").Ok);
+    ui::CompanionUi ui;
+    replay::Session s(g.scenario, g.home + "-jp", &ui);
+    ui.attach(s.App);
+    ui.BeforeTick = [&] { s.Advance(static_cast<std::uint32_t>(s.App.TimerInterval())); };
+    ASSERT_TRUE(s.Start(false, false));
+    ui.start();
+    ui.stop();
+    for (int i = 0; i < 20000 && s.App.FiledCount() < 1; ++i) ui.tick();
+    ASSERT_TRUE(s.App.Settings().JPN);
+    EXPECT_EQ(ui.window("cardplay")->windowTitle(), QString::fromUtf8(" プレイ経過"));
+    EXPECT_EQ(ui.window("score")->windowTitle(), QString::fromUtf8(" 現在のスコア"));
+    EXPECT_EQ(ui.window("hands")->windowTitle(), QString::fromUtf8(" 手札"));
+    for (const auto& w : ui.windows())
+        if (w.Window->isVisible()) ui::SaveSnapshot(*w.Window, uitest::OutPath(QStringLiteral("jp-") + w.Name));
+    std::filesystem::remove_all(g.home + "-jp");
+}
+
+}  // namespace
