@@ -66,9 +66,13 @@ public:
     void UndoDelete();
     // "Delete ALL Work Files": `confirm` answers the dialog.
     display::DelWorkResult EmptyWorkFolder(bool confirm);
+    // The same, the dialog shown by `ask` (the window's modal dialog).
+    display::DelWorkResult EmptyWorkFolder(const std::function<void(display::DelWorkDialog&)>& ask);
     // The seat menu of table position `pos`; `reason` answers the reason
     // dialog ("" closes it without one).
     void ChooseSeatMenuEntry(int pos, const std::string& reason);
+    // The same, the reason dialog shown by `ask` when the entry needs one.
+    void ChooseSeatMenuEntry(int pos, const players::ReasonQuestion& ask);
     void PressPromptButton();           // the alert prompt's button
     void PressNoneButton();             // "None": check the table again
     // The player dragged a companion window.

@@ -46,10 +46,13 @@ void Companion::UndoDelete() {
 }
 
 display::DelWorkResult Companion::EmptyWorkFolder(bool confirm) {
-    const auto ask = [confirm](display::DelWorkDialog& d) {
+    return EmptyWorkFolder([confirm](display::DelWorkDialog& d) {
         if (confirm) d.cmdDelete_Click();
         else d.cmdCancel_Click();
-    };
+    });
+}
+
+display::DelWorkResult Companion::EmptyWorkFolder(const std::function<void(display::DelWorkDialog&)>& ask) {
     const bool busy = e_.Busy.Any() || e_.Models.filBox.DeleteState != display::DelIdle;
     display::DelWorkResult r =
         display::cmdDelFiles_Click(e_.Folders.WorkFolder(), display::TableModeSpades, e_.Settings.JPN,
@@ -59,11 +62,15 @@ display::DelWorkResult Companion::EmptyWorkFolder(bool confirm) {
 }
 
 void Companion::ChooseSeatMenuEntry(int pos, const std::string& reason) {
-    if (!e_.Alerts || pos < 0 || pos > 3) return;
-    e_.Alerts->menuPlayer_Click(pos, [&reason](players::ReasonDialog& d) {
+    ChooseSeatMenuEntry(pos, [&reason](players::ReasonDialog& d) {
         d.txtReason = reason;
         d.KeyDown(13);
     });
+}
+
+void Companion::ChooseSeatMenuEntry(int pos, const players::ReasonQuestion& ask) {
+    if (!e_.Alerts || pos < 0 || pos > 3) return;
+    e_.Alerts->menuPlayer_Click(pos, ask);
     e_.Changed();
 }
 

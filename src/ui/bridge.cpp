@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QThread>
 
+#include "ui/del_work_window.h"
 #include "ui/qt_style.h"
 
 namespace ui {
@@ -89,7 +90,11 @@ void CompanionUi::wire() {
         repaint();
     });
     connect(z, &FrmZ::seatMenuChosen, this, [this](int pos) {
-        if (c_) c_->ChooseSeatMenuEntry(pos, "");
+        if (c_) c_->ChooseSeatMenuEntry(pos, FrmReason::Asker(main_.get()));
+        repaint();
+    });
+    connect(z, &FrmZ::deleteAllWorkFiles, this, [this] {
+        if (c_) (void)c_->EmptyWorkFolder(FrmDelWork::Asker(main_.get()));
         repaint();
     });
     connect(z, &FrmZ::dragged, this, [this](QPoint at) {

@@ -3,6 +3,8 @@
 // show what the engine's models hold, pixel for pixel where they copy from
 // the sheets.
 #include <QCoreApplication>
+#include <QPushButton>
+#include <QTest>
 #include <filesystem>
 
 #include "replay/demo_scenario.h"
@@ -179,6 +181,41 @@ TEST(GuiGame, JapaneseInterfaceCaptions) {
     for (const auto& w : ui.windows())
         if (w.Window->isVisible()) ui::SaveSnapshot(*w.Window, uitest::OutPath(QStringLiteral("jp-") + w.Name));
     std::filesystem::remove_all(g.home + "-jp");
+}
+
+}  // namespace
+
+namespace {
+
+// What the user does in a window reaches the companion, and a tick that a
+// wait inside the companion lets the timer start never runs inside another.
+TEST(GuiGame, ButtonsBecomeCommandsAndTicksNeverNest) {
+    Game g(1, 11);
+    ui::CompanionUi ui;
+    replay::Session s(g.scenario, g.home, &ui);
+    ui.attach(s.App);
+    int depth = 0, deepest = 0;
+    ui.BeforeTick = [&] {
+        ++depth;
+        deepest = std::max(deepest, depth);
+        ui.tick();  // as the timer would, from inside a wait
+        s.Advance(static_cast<std::uint32_t>(s.App.TimerInterval()));
+        --depth;
+    };
+    ASSERT_TRUE(s.Start(false, false));
+    ui.start();
+    ui.stop();
+    for (int i = 0; i < 200 && s.App.Online() != tracking::OnlineMode::Online; ++i) ui.tick();
+    ASSERT_EQ(s.App.Online(), tracking::OnlineMode::Online);
+    EXPECT_EQ(deepest, 1);
+
+    QPushButton* pause = ui.mainWindow().button(QStringLiteral("cmdTimer"));
+    ASSERT_TRUE(pause);
+    QTest::mouseClick(pause, Qt::LeftButton);
+    EXPECT_EQ(s.App.Models().frmZ.cmdTimer.Caption, "0");
+    EXPECT_EQ(pause->text(), QStringLiteral("0"));
+    QTest::mouseClick(pause, Qt::LeftButton);
+    EXPECT_EQ(pause->text(), QStringLiteral("Pause"));
 }
 
 }  // namespace
