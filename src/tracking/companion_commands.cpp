@@ -90,38 +90,24 @@ void Companion::PressNoneButton() {
 
 void Companion::MoveCompanionWindow(CompanionWindow w, int x, int y) {
     auto& m = e_.Models;
+    if (w == CompanionWindow::Main) {
+        const int wd = m.frmZ.Rect.Width(), ht = m.frmZ.Rect.Height();
+        m.frmZ.Rect = {x, y, x + wd, y + ht};
+        return;
+    }
+    core::WindowModel* moved = nullptr;
     switch (w) {
-        case CompanionWindow::Main: {
-            const int wd = m.frmZ.Rect.Width(), ht = m.frmZ.Rect.Height();
-            m.frmZ.Rect = {x, y, x + wd, y + ht};
-            break;
-        }
-        case CompanionWindow::LeftCounter:
-            m.Counters.frmCounter0.Window.Left = x;
-            m.Counters.frmCounter0.Window.Top = y;
-            break;
-        case CompanionWindow::RightCounter:
-            m.Counters.frmCounter.Window.Left = x;
-            m.Counters.frmCounter.Window.Top = y;
-            break;
-        case CompanionWindow::HelpBid:
-            m.frmHelpBid.Window.Left = x;
-            m.frmHelpBid.Window.Top = y;
-            break;
-        case CompanionWindow::CardPlay:
-            m.frmCardPlay.Window.Left = x;
-            m.frmCardPlay.Window.Top = y;
-            break;
-        case CompanionWindow::Score:
-            m.frmScore.Window.Left = x;
-            m.frmScore.Window.Top = y;
-            break;
-        case CompanionWindow::Hands:
-            m.Hands.Window.Left = x;
-            m.Hands.Window.Top = y;
-            break;
-        default:
-            break;
+        case CompanionWindow::LeftCounter: moved = &m.Counters.frmCounter0.Window; break;
+        case CompanionWindow::RightCounter: moved = &m.Counters.frmCounter.Window; break;
+        case CompanionWindow::HelpBid: moved = &m.frmHelpBid.Window; break;
+        case CompanionWindow::CardPlay: moved = &m.frmCardPlay.Window; break;
+        case CompanionWindow::Score: moved = &m.frmScore.Window; break;
+        case CompanionWindow::Hands: moved = &m.Hands.Window; break;
+        default: break;
+    }
+    if (moved) {
+        moved->Left = x;
+        moved->Top = y;
     }
 }
 

@@ -41,12 +41,13 @@ int CopiesDiffering(const QImage& shot, const core::DrawList& list, const QImage
 }
 
 struct Game {
-    explicit Game(int deals, int seed = 2, std::vector<std::string> more = {}) {
+    explicit Game(int deals, int seed = 2, std::vector<std::string> more = {}, int codePage = 0) {
         std::string err;
         EXPECT_TRUE(sim::ParseScenario(replay::DemoScenarioJson(), scenario, err)) << err;
         scenario.settings.insert(scenario.settings.end(),
                                  {"CountCards = yes (*,0)", "MyHand = (*,0)", "PasteScoreTable = (*,0)"});
         scenario.settings.insert(scenario.settings.end(), more.begin(), more.end());
+        if (codePage) scenario.codepage = codePage;
         scenario.game.randomDeals = deals;
         scenario.game.seed = static_cast<std::uint32_t>(seed);
         home = (std::filesystem::temp_directory_path() / ("tarvellos_gui_game_" + std::to_string(seed))).string();
@@ -58,12 +59,32 @@ struct Game {
     std::string home;
 };
 
+// The companion with its windows beside the game, ticked by hand: each tick
+// first lets one timer interval of the game's time pass.
+struct Windowed {
+    Windowed(const sim::Scenario& scenario, const std::string& home) : s(scenario, home, &ui) {
+        ui.attach(s.App);
+        ui.BeforeTick = [this] { s.Advance(static_cast<std::uint32_t>(s.App.TimerInterval())); };
+    }
+    // Start-up; the timer is left to the test.
+    bool Start() {
+        if (!s.Start(false, false)) return false;
+        ui.start();
+        ui.stop();
+        return true;
+    }
+    void TickUntilFiled(int deals) {
+        for (int i = 0; i < 20000 && s.App.FiledCount() < deals; ++i) ui.tick();
+    }
+    ui::CompanionUi ui;
+    replay::Session s;
+};
+
 TEST(GuiGame, AfterEachDealTheWindowsShowTheModels) {
     Game g(4);
-    ui::CompanionUi ui;
-    replay::Session s(g.scenario, g.home, &ui);
-    ui.attach(s.App);
-    ui.BeforeTick = [&] { s.Advance(static_cast<std::uint32_t>(s.App.TimerInterval())); };
+    Windowed run(g.scenario, g.home);
+    auto& ui = run.ui;
+    auto& s = run.s;
     bool pending = false;
     int checked = 0;
     ui.OnDealFiled = [&](const tracking::FiledDeal&) { pending = true; };
@@ -109,91 +130,63 @@ TEST(GuiGame, AfterEachDealTheWindowsShowTheModels) {
         ASSERT_TRUE(score->isVisible());
         EXPECT_EQ(score->windowTitle(), QStringLiteral("Score"));
     };
-    ASSERT_TRUE(s.Start(false, false));
-    ui.start();
-    ui.stop();  // the test ticks by hand, as fast as it goes
+    ASSERT_TRUE(run.Start());
     for (int i = 0; i < 40000 && !(s.GameFinished() && s.App.FiledCount() >= s.DealsPlayed()); ++i) ui.tick();
     EXPECT_EQ(checked, 4);
     EXPECT_EQ(s.App.FiledCount(), 4);
 }
 
-}  // namespace
-
-namespace {
 
 // The user drags the card play window and the main window, ends the
 // program, and finds both where they were left at the next start.
 TEST(GuiGame, DraggedWindowsStandWhereTheyWereLeftAfterARestart) {
     Game g(2, 5, {"CFG = Windows.CFG"});
     {
-        ui::CompanionUi ui;
-        replay::Session s(g.scenario, g.home, &ui);
-        ui.attach(s.App);
-        ui.BeforeTick = [&] { s.Advance(static_cast<std::uint32_t>(s.App.TimerInterval())); };
-        ASSERT_TRUE(s.Start(false, false));
-        ui.start();
-        ui.stop();
-        for (int i = 0; i < 20000 && s.App.FiledCount() < 1; ++i) ui.tick();
-        QWidget* cardPlay = ui.window("cardplay");
+        Windowed first(g.scenario, g.home);
+        ASSERT_TRUE(first.Start());
+        first.TickUntilFiled(1);
+        QWidget* cardPlay = first.ui.window("cardplay");
         ASSERT_TRUE(cardPlay->isVisible());
         cardPlay->move(123, 456);
-        ui.mainWindow().move(700, 30);
+        first.ui.mainWindow().move(700, 30);
         QCoreApplication::processEvents();
-        EXPECT_EQ(s.App.Models().frmCardPlay.Window.Left, 123);
-        ui.mainWindow().close();  // closing the main window is "End"
-        for (int i = 0; i < 10 && !s.App.Ended(); ++i) ui.tick();
-        ASSERT_TRUE(s.App.Ended());
+        EXPECT_EQ(first.s.App.Models().frmCardPlay.Window.Left, 123);
+        first.ui.mainWindow().close();  // closing the main window is "End"
+        for (int i = 0; i < 10 && !first.s.App.Ended(); ++i) first.ui.tick();
+        ASSERT_TRUE(first.s.App.Ended());
     }
-    ui::CompanionUi ui;
-    replay::Session s(g.scenario, g.home, &ui);
-    ui.attach(s.App);
-    ui.BeforeTick = [&] { s.Advance(static_cast<std::uint32_t>(s.App.TimerInterval())); };
-    ASSERT_TRUE(s.Start(false, false));
-    ui.start();
-    ui.stop();
-    EXPECT_EQ(ui.mainWindow().pos(), QPoint(700, 30));
-    for (int i = 0; i < 20000 && s.App.FiledCount() < 1; ++i) ui.tick();
-    EXPECT_EQ(ui.window("cardplay")->pos(), QPoint(123, 456));
+    Windowed again(g.scenario, g.home);
+    ASSERT_TRUE(again.Start());
+    EXPECT_EQ(again.ui.mainWindow().pos(), QPoint(700, 30));
+    again.TickUntilFiled(1);
+    EXPECT_EQ(again.ui.window("cardplay")->pos(), QPoint(123, 456));
 }
 
-}  // namespace
-
-namespace {
 
 // The Japanese interface through a deal: the windows' Japanese captions,
 // and their pictures written for review.
 TEST(GuiGame, JapaneseInterfaceCaptions) {
-    Game g(1, 9, {"JPN = yes"});
-    g.scenario.codepage = 932;
-    ASSERT_TRUE(replay::WriteProgramFiles(g.scenario, g.home + "-jp").Ok);
-    ui::CompanionUi ui;
-    replay::Session s(g.scenario, g.home + "-jp", &ui);
-    ui.attach(s.App);
-    ui.BeforeTick = [&] { s.Advance(static_cast<std::uint32_t>(s.App.TimerInterval())); };
-    ASSERT_TRUE(s.Start(false, false));
-    ui.start();
-    ui.stop();
-    for (int i = 0; i < 20000 && s.App.FiledCount() < 1; ++i) ui.tick();
-    ASSERT_TRUE(s.App.Settings().JPN);
+    Game g(1, 9, {"JPN = yes"}, 932);
+    Windowed run(g.scenario, g.home);
+    ASSERT_TRUE(run.Start());
+    run.TickUntilFiled(1);
+    const auto& ui = run.ui;
+    ASSERT_TRUE(run.s.App.Settings().JPN);
     EXPECT_EQ(ui.window("cardplay")->windowTitle(), QString::fromUtf8(" プレイ経過"));
     EXPECT_EQ(ui.window("score")->windowTitle(), QString::fromUtf8(" 現在のスコア"));
     EXPECT_EQ(ui.window("hands")->windowTitle(), QString::fromUtf8(" 手札"));
     for (const auto& w : ui.windows())
         if (w.Window->isVisible()) ui::SaveSnapshot(*w.Window, uitest::OutPath(QStringLiteral("jp-") + w.Name));
-    std::filesystem::remove_all(g.home + "-jp");
 }
 
-}  // namespace
-
-namespace {
 
 // What the user does in a window reaches the companion, and a tick that a
 // wait inside the companion lets the timer start never runs inside another.
 TEST(GuiGame, ButtonsBecomeCommandsAndTicksNeverNest) {
     Game g(1, 11);
-    ui::CompanionUi ui;
-    replay::Session s(g.scenario, g.home, &ui);
-    ui.attach(s.App);
+    Windowed run(g.scenario, g.home);
+    auto& ui = run.ui;
+    auto& s = run.s;
     int depth = 0, deepest = 0;
     ui.BeforeTick = [&] {
         ++depth;
@@ -202,9 +195,7 @@ TEST(GuiGame, ButtonsBecomeCommandsAndTicksNeverNest) {
         s.Advance(static_cast<std::uint32_t>(s.App.TimerInterval()));
         --depth;
     };
-    ASSERT_TRUE(s.Start(false, false));
-    ui.start();
-    ui.stop();
+    ASSERT_TRUE(run.Start());
     for (int i = 0; i < 200 && s.App.Online() != tracking::OnlineMode::Online; ++i) ui.tick();
     ASSERT_EQ(s.App.Online(), tracking::OnlineMode::Online);
     EXPECT_EQ(deepest, 1);
