@@ -17,6 +17,14 @@
 
 namespace {
 
+// Without a screen Qt tells of every stacking request it cannot carry out;
+// for the demo's pictures that is expected, not news.
+QtMessageHandler qtHandler = nullptr;
+void QuietOffscreen(QtMsgType type, const QMessageLogContext& ctx, const QString& msg) {
+    if (msg.startsWith(QLatin1String("This plugin does not support"))) return;
+    if (qtHandler) qtHandler(type, ctx, msg);
+}
+
 int RunCompanion(const QString& homeArg) {
     platform::OpenedDesktop opened = platform::OpenDesktop(platform::DesktopKind::Native);
     if (!opened.Backend) {
@@ -93,5 +101,6 @@ int main(int argc, char** argv) {
     o.Snapshots = args.value(snapshots);
     o.Headless = QGuiApplication::platformName() == QLatin1String("offscreen") ||
                  QGuiApplication::platformName() == QLatin1String("minimal");
+    if (o.Headless) qtHandler = qInstallMessageHandler(QuietOffscreen);
     return app::RunGuiDemo(o);
 }

@@ -46,7 +46,9 @@ void LoadDealViews(Engine& e, const platform::Rect& game) {
         w.Width = kHandsWidth;
         w.Height = kHandsHeight;
         if (s.MyHandPos.DefaultPlace()) {
-            w.Left = main.Right + 4;
+            // Beside the main window, on the side with room for it.
+            const int screenWidth = e.Desktop.windows.ScreenSize().X;
+            w.Left = main.Right + 4 + kHandsWidth <= screenWidth ? main.Right + 4 : main.Left - 4 - kHandsWidth;
             w.Top = main.Top;
         } else {
             w.Left = s.MyHandPos.X;
