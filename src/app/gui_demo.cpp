@@ -180,10 +180,11 @@ int RunGuiDemo(const GuiDemoOptions& o) {
             finish(lost.Any() ? 1 : 0);
     };
 
+    if (!o.Headless) ui.showStartup();
     if (!session.Start(false, false)) {
         std::string screen = session.App.StartupScreen().Text();
         std::fprintf(stderr, "tarvellos --demo: the companion did not start: %s\n", screen.c_str());
-        if (o.Headless) return 1;
+        return 1;
     }
     virtualStart = session.Clock.Elapsed();
     real.start();

@@ -38,9 +38,10 @@ int RunCompanion(const QString& homeArg) {
     ui::CompanionUi ui;
     tracking::Companion companion(desktop, clock, core::FoldersFor(homeArg.toStdString(), host), screen, ui);
     ui.attach(companion);
-    int code = 0;
-    ui.OnEnded = [&] { QApplication::exit(code); };
-    if (!companion.Start()) code = 1;  // the main window shows why until "End"
+    ui.OnEnded = [] { QApplication::exit(0); };
+    ui.showStartup();
+    // A failed check has shown why and waited for "End" already.
+    if (!companion.Start()) return 1;
     ui.start();
     return QApplication::exec();
 }

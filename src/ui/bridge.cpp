@@ -70,7 +70,7 @@ void CompanionUi::wire() {
     connect(z, &FrmZ::handRightClicked, this, cmd(&Companion::ToggleAutoHand));
     connect(z, &FrmZ::scoreClicked, this, cmd(&Companion::PressScoreButton));
     connect(z, &FrmZ::pauseClicked, this, cmd(&Companion::TogglePause));
-    connect(z, &FrmZ::endClicked, this, cmd(&Companion::End));
+    connect(z, &FrmZ::endClicked, this, &CompanionUi::end);
     connect(z, &FrmZ::endRightClicked, this, cmd(&Companion::RecordRatingNow));
     connect(z, &FrmZ::alertNoneClicked, this, cmd(&Companion::PressNoneButton));
     connect(z, &FrmZ::deleteKeyPressed, this, [this] {
@@ -117,8 +117,27 @@ void CompanionUi::wire() {
     track(hands_.get(), tracking::CompanionWindow::Hands);
 }
 
+void CompanionUi::end() {
+    if (!c_) return;
+    c_->End();
+    // A running companion ends at its next tick, saving the window
+    // positions; one stopped at start-up has no tick to wait for.
+    if (!c_->TimerEnabled()) Ended();
+    else if (!timer_.isActive()) tick();
+}
+
+void CompanionUi::showStartup() {
+    if (!c_) return;
+    main_->show();
+    // Start-up's waits run the event loop: the lines are shown as printed.
+    connect(&startupTimer_, &QTimer::timeout, this, [this] { main_->setStartupScreen(c_->StartupScreen()); },
+            Qt::UniqueConnection);
+    startupTimer_.start(100);
+}
+
 void CompanionUi::start() {
     if (!c_) return;
+    startupTimer_.stop();
     main_->setStartupScreen(c_->StartupScreen());
     repaint();
     main_->show();
@@ -215,8 +234,7 @@ bool CompanionUi::eventFilter(QObject* o, QEvent* e) {
     // positions and ends the program.
     if (o == main_.get() && e->type() == QEvent::Close && c_ && !c_->Ended()) {
         e->ignore();
-        c_->End();
-        if (!timer_.isActive()) tick();
+        end();
         return true;
     }
     return QObject::eventFilter(o, e);

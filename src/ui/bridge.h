@@ -54,9 +54,14 @@ public:
     // listener: texts are measured in the windows' fonts, the card sheets
     // are made, the windows' actions become commands.
     void attach(tracking::Companion& companion);
+    // Before Companion::Start: the main window shows the lines start-up
+    // prints while it runs (a fatal stop waits there for "End").
+    void showStartup();
     // After Companion::Start: the start-up lines, then the timer runs.
     void start();
     void stop();
+    // "End": the companion ends at its next tick (at once when it never started).
+    void end();
     // Paints every window from the models now.
     void repaint();
     // Runs before each tick (the demo lets its game's time catch up here).
@@ -97,6 +102,7 @@ private:
 
     tracking::Companion* c_ = nullptr;
     QTimer timer_;
+    QTimer startupTimer_;
     bool inTick_ = false;
     bool dirty_ = false;
     int ticks_ = 0;

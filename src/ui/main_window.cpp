@@ -166,6 +166,11 @@ void FrmZ::applyButton(QPushButton* b, const core::Button& m) {
 void FrmZ::setModel(const tracking::MainWindow& m) {
     applying_ = true;
     m_ = m;
+    // After a fatal stop "End" stays as start-up left it.
+    if (startupShown_ && screen_.EndVisible) {
+        m_.cmdEnd.Visible = true;
+        m_.cmdEnd.Caption = screen_.EndCaption;
+    }
     setWindowTitle(Q(m.Caption));
     const bool wasTop = windowFlags().testFlag(Qt::WindowStaysOnTopHint);
     if (wasTop != m.Topmost) {

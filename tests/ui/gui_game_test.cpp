@@ -210,3 +210,32 @@ TEST(GuiGame, ButtonsBecomeCommandsAndTicksNeverNest) {
 }
 
 }  // namespace
+
+namespace {
+
+// A companion stopped at start-up (another instance runs) shows why while
+// it waits, and "End" ends the wait.
+TEST(GuiGame, FatalStopShowsWhyAndEndsOnEnd) {
+    Game g(1, 13);
+    Windowed run(g.scenario, g.home);
+    run.s.Desktop.SetPrevInstance(true);
+    QString shown;
+    bool endVisible = false;
+    // Two seconds into the wait the user looks, then presses "End".
+    run.s.Clock.Schedule(run.s.Clock.TickCount() + 2000, [&] {
+        QCoreApplication::sendPostedEvents();
+        run.ui.mainWindow().setStartupScreen(run.s.App.StartupScreen());
+        shown = QString::fromStdString(run.s.App.StartupScreen().Text());
+        QPushButton* end = run.ui.mainWindow().button(QStringLiteral("cmdEnd"));
+        endVisible = end && end->isVisibleTo(&run.ui.mainWindow());
+        if (end) QTest::mouseClick(end, Qt::LeftButton);
+    });
+    run.ui.showStartup();
+    const std::uint64_t before = run.s.Clock.Elapsed();
+    EXPECT_FALSE(run.s.Start(false, false));
+    EXPECT_TRUE(shown.contains(QStringLiteral("again"))) << shown.toStdString();
+    EXPECT_TRUE(endVisible);
+    EXPECT_LT(run.s.Clock.Elapsed() - before, 5000u);  // ended by "End", not by the wait running out
+}
+
+}  // namespace
