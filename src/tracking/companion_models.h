@@ -112,6 +112,7 @@ struct CompanionModels {
     display::TextSheet TextSheet;
     display::CardPlayWindow frmCardPlay;
     HandWindow Hands;
+    display::RemainingCardsBox RemainingCards;  // shown while States.RemainingCards is 2
     scoring::ScoreSheet ScoreSheet;  // drawn on the main window
     scoring::ScoreWindow frmScore;
 };

@@ -64,6 +64,11 @@ void ClearHandsView(Engine& e) {
 }
 
 void ShowTricksPlayed(Engine& e) {
+    // The "Remaining Cards" box comes with the deal's first trick read.
+    if (e.Settings.RemainingCardsPos.On() && e.Models.States.RemainingCards != 2) {
+        e.Models.RemainingCards = display::spdShow_AllCards(e.CountingAllowed());
+        e.Models.States.RemainingCards = 2;
+    }
     auto& w = e.Models.frmCardPlay;
     if (w.State == display::CardPlayUnloaded) return;
     display::PlayedCards played;

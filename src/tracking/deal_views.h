@@ -15,7 +15,8 @@ struct Engine;
 void LoadDealViews(Engine& e, const platform::Rect& game);
 // The capture clears the hand display before it reads the new hands.
 void ClearHandsView(Engine& e);
-// After a trick was read: the cards of the deal so far.
+// After a trick was read: the cards of the deal so far, and the "Remaining
+// Cards" box when the settings switch it on.
 void ShowTricksPlayed(Engine& e);
 // After a deal was filed: the card play window from the record, the hand
 // display, the score sheet and its mirror.

@@ -176,6 +176,7 @@ void CompanionUi::repaint() {
     }
     if (const auto* r = c_->Rating()) main_->setRating(r->MyRating);
     sheet_->setModel(m.ScoreSheet);
+    main_->setRemainingCards(m.RemainingCards, m.States.RemainingCards == 2);
     score_->setModel(m.frmScore);
     counter0_->setModel(m.Counters.frmCounter0);
     counter_->setModel(m.Counters.frmCounter);

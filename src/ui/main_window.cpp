@@ -10,6 +10,7 @@
 #include <QPainter>
 #include <QPushButton>
 
+#include "ui/card_windows.h"
 #include "ui/qt_style.h"
 
 namespace ui {
@@ -23,6 +24,7 @@ constexpr int kFrameWidth = 6;
 const QRect kTableBox(4, kTop + 4, 316, 100);
 const QRect kCaptureFrame(5, kTop + 149, 120, 32);
 const QRect kSheetArea(4, kTop + 208, 316, 180);
+const QRect kRemBox(222, kTop + 448, 118, 72);
 
 // Where each table position sits around the table box: the user at the
 // bottom, the left-hand opponent left, the partner on top, the right-hand
@@ -319,6 +321,14 @@ void FrmZ::setScoreSheet(QWidget* sheet) {
 
 QRect FrmZ::scoreSheetArea() const { return kSheetArea; }
 
+QRect FrmZ::remainingCardsArea() { return kRemBox; }
+
+void FrmZ::setRemainingCards(const display::RemainingCardsBox& box, bool shown) {
+    remBox_ = box;
+    remShown_ = shown && box.Visible;
+    update(kRemBox);
+}
+
 bool FrmZ::eventFilter(QObject* o, QEvent* e) {
     if (e->type() == QEvent::MouseButtonPress) {
         auto* me = static_cast<QMouseEvent*>(e);
@@ -362,6 +372,14 @@ void FrmZ::paintEvent(QPaintEvent*) {
         if (!sheet_) {
             p.setPen(QColor(160, 160, 160));
             p.drawRect(kSheetArea.adjusted(0, 0, -1, -1));
+        }
+        if (remShown_) {
+            p.setPen(QColor(128, 128, 128));
+            p.drawRect(kRemBox.adjusted(0, 0, -1, -1));
+            p.save();
+            p.translate(kRemBox.left() + 2, kRemBox.top());
+            PaintDrawList(p, remBox_.Items, nullptr);
+            p.restore();
         }
         if (alarm_) {
             p.setPen(QPen(QColor(255, 0, 0), 3));

@@ -12,6 +12,7 @@
 
 #include "core/startup.h"
 #include "display/file_box.h"
+#include "display/hand_view.h"
 #include "players/alert_checks.h"
 #include "players/ratings.h"
 #include "tracking/companion_models.h"
@@ -38,6 +39,9 @@ public:
     void setStartupScreen(const core::StartupScreen& s);
     // The score sheet's widget takes the sheet's place on the window.
     void setScoreSheet(QWidget* sheet);
+    // The "Remaining Cards" box below the score sheet.
+    void setRemainingCards(const display::RemainingCardsBox& box, bool shown);
+    static QRect remainingCardsArea();
     QRect scoreSheetArea() const;
 
     // Controls, for tests and the bridge.
@@ -107,6 +111,8 @@ private:
     QWidget* sheet_ = nullptr;
     std::vector<std::string> entries_;
     bool otherControlsVisible_ = true;
+    display::RemainingCardsBox remBox_;
+    bool remShown_ = false;
 };
 
 }  // namespace ui

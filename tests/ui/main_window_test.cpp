@@ -208,3 +208,24 @@ TEST(MainWindow, JapaneseCaptionsUseTheJapaneseFont) {
 }
 
 }  // namespace
+
+namespace {
+
+// The "Remaining Cards" box: four lines of ranks, spades down to clubs, in
+// the suits' colours; nothing at all while counting is not allowed.
+TEST(MainWindow, RemainingCardsBoxOnlyWhileCountingIsAllowed) {
+    Window f;
+    const QRect box = ui::FrmZ::remainingCardsArea();
+    const QRect hearts(box.left() + 2, box.top() + 20, box.width() - 4, 14);
+    const QRect spades(box.left() + 2, box.top() + 2, box.width() - 4, 14);
+    f.w.setRemainingCards(display::spdShow_AllCards(true), true);
+    QImage img = ui::Snapshot(f.w);
+    EXPECT_GT(uitest::CountHue(img, hearts, 0), 20);
+    EXPECT_GT(uitest::CountDark(img, spades), 20);
+    EXPECT_EQ(uitest::CountHue(img, spades, 0), 0);
+    f.w.setRemainingCards(display::spdShow_AllCards(false), true);
+    img = ui::Snapshot(f.w);
+    EXPECT_EQ(uitest::CountDark(img, box.adjusted(1, 1, -1, -1)), 0);
+}
+
+}  // namespace
