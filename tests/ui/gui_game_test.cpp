@@ -50,7 +50,9 @@ struct Game {
         if (codePage) scenario.codepage = codePage;
         scenario.game.randomDeals = deals;
         scenario.game.seed = static_cast<std::uint32_t>(seed);
-        home = (std::filesystem::temp_directory_path() / ("tarvellos_gui_game_" + std::to_string(seed))).string();
+        home = (std::filesystem::temp_directory_path() /
+                ("tarvellos_gui_game_" + std::to_string(QCoreApplication::applicationPid()) + "_" + std::to_string(seed)))
+                   .string();
         std::filesystem::remove_all(home);
         EXPECT_TRUE(replay::WriteProgramFiles(scenario, home).Ok);
     }

@@ -127,7 +127,7 @@ TEST(WindowBehaviour, CompanionWindowsStayAboveTheGameAndNeverTakeTheFocus) {
             {QStringLiteral("--demo"), QStringLiteral("--speed"), QStringLiteral("25"), QStringLiteral("--deals"),
              QStringLiteral("12"), QStringLiteral("--home"), home});
     // The card play window appears with the first trick read.
-    ASSERT_TRUE(x.WaitFor([&] { return !Windows(x, QStringLiteral("CardPlay")).isEmpty(); }, 20000));
+    ASSERT_TRUE(x.WaitFor([&] { return !Windows(x, QStringLiteral("CardPlay")).isEmpty(); }, 40000));
     const QStringList game = Windows(x, QStringLiteral("Yahoo! Spades \\(simulated\\)"));
     ASSERT_EQ(game.size(), 1);
 
