@@ -46,6 +46,7 @@ void CompanionUi::attach(tracking::Companion& companion) {
     cardPlay_ = std::make_unique<FrmCardPlay>(sheets_);
     hands_ = std::make_unique<FrmHands>(sheets_);
     wire();
+    connect(&startupTimer_, &QTimer::timeout, this, [this] { main_->setStartupScreen(c_->StartupScreen()); });
 }
 
 void CompanionUi::track(CompanionWindow* w, tracking::CompanionWindow kind) {
@@ -130,8 +131,6 @@ void CompanionUi::showStartup() {
     if (!c_) return;
     main_->show();
     // Start-up's waits run the event loop: the lines are shown as printed.
-    connect(&startupTimer_, &QTimer::timeout, this, [this] { main_->setStartupScreen(c_->StartupScreen()); },
-            Qt::UniqueConnection);
     startupTimer_.start(100);
 }
 
