@@ -6,6 +6,8 @@
 #include <QPushButton>
 #include <QThread>
 
+#include "core/folders.h"
+#include "scoring/nil_history.h"
 #include "ui/del_work_window.h"
 #include "ui/qt_style.h"
 
@@ -104,6 +106,15 @@ void CompanionUi::wire() {
     connect(z, &FrmZ::heightChanged, this, [this](int h) {
         if (c_) c_->ResizeMain(h);
         repaint();
+    });
+    connect(z, &FrmZ::historyMenuChosen, this, [this] {
+        if (!c_ || !c_->Rating()) return;
+        if (!history_) history_ = std::make_unique<HistoryWindow>();
+        const auto& o = c_->Rating()->Options;
+        const bool jp = c_->Settings().JPN;
+        history_->loadFiles(o.HistoryPath, core::JoinPath(c_->Folders().WorkFolder(), scoring::NilReportName(jp)),
+                            o.CodePage, jp);
+        history_->show();
     });
     connect(board_.get(), &FrmBoard::boardButtonClicked, this, [this](int i) {
         if (c_) c_->PressBoardButton(i);

@@ -22,6 +22,7 @@
 #include "ui/counter_windows.h"
 #include "ui/err_msg_window.h"
 #include "ui/help_bid_window.h"
+#include "ui/history_window.h"
 #include "ui/main_window.h"
 
 namespace ui {
@@ -118,6 +119,7 @@ private:
     std::unique_ptr<FrmAskAlert> askAlert_;
     std::unique_ptr<FrmCardPlay> cardPlay_;
     std::unique_ptr<FrmHands> hands_;
+    std::unique_ptr<HistoryWindow> history_;
 };
 
 }  // namespace ui

@@ -73,6 +73,9 @@ FrmZ::FrmZ(QWidget* parent) : QWidget(parent) {
     menuLink_ = menuBar_->addMenu(QStringLiteral("Link"));
     linkAction_ = menuLink_->addAction(QStringLiteral("Yahoo! Spades"));
     connect(linkAction_, &QAction::triggered, this, &FrmZ::linkMenuChosen);
+    // The rating history and the Nil success rates as charts.
+    QAction* history = menuBar_->addAction(QStringLiteral("History"));
+    connect(history, &QAction::triggered, this, &FrmZ::historyMenuChosen);
 
     for (int p = 0; p < 4; ++p) {
         const SeatPlace& s = kSeats[p];

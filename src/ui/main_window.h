@@ -65,6 +65,7 @@ signals:
     void seatMenuChosen(int seat);
     void linkMenuChosen();
     void alertListMenuChosen();
+    void historyMenuChosen();
     // The file box.
     void recordChosen(QString name);
     void fileSelectionChanged(QList<int> selected);

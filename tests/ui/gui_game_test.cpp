@@ -2,6 +2,8 @@
 // the counter, the score sheet, the card play window and the hand display
 // show what the engine's models hold, pixel for pixel where they copy from
 // the sheets.
+#include <QAction>
+#include <QApplication>
 #include <QCoreApplication>
 #include <QPushButton>
 #include <QTest>
@@ -209,6 +211,16 @@ TEST(GuiGame, ButtonsBecomeCommandsAndTicksNeverNest) {
     EXPECT_EQ(pause->text(), QStringLiteral("0"));
     QTest::mouseClick(pause, Qt::LeftButton);
     EXPECT_EQ(pause->text(), QStringLiteral("Pause"));
+
+    // The History menu opens the charts of the player's files.
+    QAction* history = nullptr;
+    for (QAction* a : ui.mainWindow().findChildren<QAction*>())
+        if (a->text() == QLatin1String("History")) history = a;
+    ASSERT_TRUE(history);
+    history->trigger();
+    bool shown = false;
+    for (QWidget* w : QApplication::topLevelWidgets()) shown |= qobject_cast<ui::HistoryWindow*>(w) && w->isVisible();
+    EXPECT_TRUE(shown);
 }
 
 }  // namespace
