@@ -24,11 +24,12 @@ struct Rig {
     void Show(int slot, const platform::Image& client) {
         auto h = desk.AddWindow("w", {0, 0, client.Width + 8, client.Height + 27});
         desk.SetClientImage(h, client);
-        cap.SubWindow[static_cast<std::size_t>(slot)].Handle = h;
+        subs.Handle[static_cast<std::size_t>(slot)] = h;
     }
     platform::SimDesktop desk{1280, 1024};
     platform::VirtualClock clock;
-    reading::Capture cap{desk, desk, clock};
+    reading::FixedSubWindows subs;
+    reading::Capture cap{desk, desk, clock, &subs};
     reading::GlyphTable glyphs;
     reading::CardReader cards{cap, glyphs, desk};
     reading::ScoreReader score{cap, glyphs};

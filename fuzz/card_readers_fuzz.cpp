@@ -85,7 +85,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     platform::SimDesktop desk(1280, 1024);
     platform::VirtualClock clock;
-    reading::Capture cap(desk, desk, clock);
+    reading::FixedSubWindows subs;
+    reading::Capture cap(desk, desk, clock, &subs);
     static reading::GlyphTable glyphs;  // built once: the table text parse is the slow part
     glyphs.ReadingFont = 1;
     glyphs.DigitsOn = true;
@@ -97,7 +98,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const platform::Image img = Scene(in, kind, glyphs);
     const auto h = desk.AddWindow("w", {0, 0, img.Width + 8, img.Height + 27});
     desk.SetClientImage(h, img);
-    cap.SubWindow[static_cast<std::size_t>(kind == 0 ? reading::kSubLastHand : reading::kSubLastTrick)].Handle = h;
+    subs.Handle[static_cast<std::size_t>(kind == 0 ? reading::kSubLastHand : reading::kSubLastTrick)] = h;
 
     if (kind == 0) {
         reading::HandRead hand;

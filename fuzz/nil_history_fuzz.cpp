@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/notation.h"
+#include "core/player_files.h"
 #include "core/text.h"
 #include "platform/sim/virtual_clock.h"
 #include "scoring/nil_history.h"
@@ -35,11 +36,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const bool japanese = size > 0 && (data[0] & 1) && core::IsCodePageSupported(932);
     const int codePage = japanese ? 932 : 1252;
     const std::string bytes(reinterpret_cast<const char*>(data), size);
+    // Each input starts from an empty folder: copies set aside by earlier
+    // inputs would otherwise pile up.
+    std::error_code ec;
+    for (const auto& e : fs::directory_iterator(dir, ec)) fs::remove(e.path(), ec);
 
     // The parser alone, on the lines as the report reader gives them.
     std::vector<std::string> lines = core::SplitLines(bytes);
     for (auto& l : lines) l = core::ToUtf8(l, codePage);
-    const scoring::NilCounts old = scoring::ReadNilCounts(lines);
+    // What cannot be read as a report is set aside whole and counting
+    // starts again; anything else keeps its counts.
+    const bool unparsed = !bytes.empty() && (!core::LooksLikeText(bytes) || !scoring::NilReportParses(lines));
+    const scoring::NilCounts old = unparsed ? scoring::NilCounts{} : scoring::ReadNilCounts(lines);
 
     // The whole update on that file: the user's Nil made, the hand keeping the rule.
     const std::string name = scoring::NilReportName(japanese);
@@ -68,5 +76,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Bump(want.Success(scoring::NilRowMyBids));
     Bump(want.Success(scoring::NilRowRuleKept));
     Check(scoring::ReadNilCounts(back) == want);
+    if (unparsed) {
+        int aside = 0;
+        for (const auto& e : fs::directory_iterator(dir, ec)) {
+            if (e.path().filename().string().find(".unreadable-") == std::string::npos) continue;
+            std::string kept;
+            Check(core::ReadFileBytes(core::PathToUtf8(e.path()), kept) && kept == bytes);
+            ++aside;
+        }
+        Check(aside == 1);
+    }
     return 0;
 }

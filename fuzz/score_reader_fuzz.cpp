@@ -41,11 +41,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     platform::SimDesktop desk(1280, 1024);
     platform::VirtualClock clock;
-    reading::Capture cap(desk, desk, clock);
+    reading::FixedSubWindows subs;
+    reading::Capture cap(desk, desk, clock, &subs);
     cap.FontIndex = 1;
     const auto h = desk.AddWindow("Spades Score", {0, 0, img.Width + 8, img.Height + 27});
     desk.SetClientImage(h, img);
-    cap.SubWindow[reading::kSubScore].Handle = h;
+    subs.Handle[reading::kSubScore] = h;
     reading::ScoreReader reader(cap, glyphs);
     reading::ScoreLines out;
     const int status = reader.CaptScore(out);

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <utility>
 
 #include "platform/sim/virtual_clock.h"
 #include "platform/sim/sim_desktop.h"
@@ -72,8 +73,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     reading::GlyphTable glyphs = kGlyphs;
     reading::WinTitles titles = kTitles;
     reading::TableReader reader(cap, glyphs, titles);
-    cap.GameWindow = desk.AddWindow("Game: Spades", {0, 0, img.Width, img.Height});
-    desk.SetImage(cap.GameWindow, img);
+    // An empty window takes the image's size from it: no frame painted first.
+    cap.GameWindow = desk.AddWindow("Game: Spades", {0, 0, 0, 0});
+    desk.SetImage(cap.GameWindow, std::move(img));
     reader.GameLanguage = lang;
     // The fixed layout spares the box search on most garbage inputs.
     if (data[1] & 2) reader.ReduceWidth = 624, reader.GameLanguage = 1;

@@ -8,6 +8,7 @@
 #include <QStyleFactory>
 #include <filesystem>
 
+#include "platform/temp_folder.h"
 #include "replay/demo_scenario.h"
 #include "replay/program_files.h"
 #include "replay/session.h"
@@ -114,11 +115,11 @@ BENCHMARK(BM_History);
 struct PlayedGame {
     PlayedGame() {
         std::string err;
-        (void)sim::ParseScenario(replay::DemoScenarioJson(), scenario, err);
+        (void)replay::DemoScenario(scenario, err);
         scenario.settings.insert(scenario.settings.end(),
                                  {"CountCards = yes (*,0)", "MyHand = (*,0)", "PasteScoreTable = (*,0)"});
         scenario.game.randomDeals = 2;
-        home = replay::FreshFolder("tarvellos-bench", err);
+        home = platform::MakeFreshTempFolder("tarvellos-bench", err).value_or("/tmp/tarvellos-bench");
         (void)replay::WriteProgramFiles(scenario, home);
         session = std::make_unique<replay::Session>(scenario, home, &ui);
         ui.attach(session->App);

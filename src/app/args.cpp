@@ -69,6 +69,8 @@ ArgsOutcome ParseDemoArgs(const Args& args, DemoArgs& out) {
                    "program folder; files the player has there are kept (default: a new folder of its own)");
     app.add_option("--seed", out.Seed, "seed of the simulated game")->check(CLI::Range(0LL, 4294967295LL));
     app.add_option("--deals", out.Deals, "number of deals")->check(CLI::Range(1LL, 1000LL));
+    app.add_option("--games", out.Games, "play until this many games are over")->check(CLI::Range(1LL, 100LL));
+    app.add_flag("--same-ratings", out.SameRatings, "the ratings do not change after a game");
     ArgsOutcome o = Parse(app, args);
     if (human) out.Human = 1;
     if (json) out.Human = 0;

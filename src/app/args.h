@@ -35,7 +35,8 @@ struct ReplayArgs {
 struct DemoArgs {
     int Human = -1;  // -1 = by the terminal, 0 = --json, 1 = --human
     std::string Home;
-    long long Seed = -1, Deals = -1;
+    long long Seed = -1, Deals = -1, Games = -1;
+    bool SameRatings = false;  // the player list shows the same ratings after every game
 };
 
 // `program` is the name shown in messages ("tarvellos-cli demo").

@@ -1,7 +1,7 @@
 // tarvellos-cli demo: the companion follows a simulated game of about twelve
 // deals in virtual time and tells, deal by deal, what it read and filed.
 
-#include <cerrno>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -15,6 +15,7 @@
 #include "core/text.h"
 #include "platform/console.h"
 #include "platform/system_info.h"
+#include "platform/temp_folder.h"
 #include "sim/scenario.h"
 #include "replay/demo_scenario.h"
 #include "replay/json_lines.h"
@@ -25,6 +26,15 @@
 namespace app {
 
 namespace {
+
+// A new folder of the demo's own under the system's temporary folder, so a
+// player's files are never touched; kept after the run to be looked at.
+std::string FreshHome(std::string& error) {
+    std::string why;
+    const std::optional<std::string> home = platform::MakeFreshTempFolder("tarvellos-demo", why);
+    if (!home) error = "cannot create a folder for the demo: " + why;
+    return home.value_or("");
+}
 
 std::string Side(int we, int they) { return std::to_string(we) + " / " + std::to_string(they); }
 
@@ -53,6 +63,10 @@ void PrintHumanDeal(int k, const tracking::FiledDeal& d, const std::string& work
         if (!s.Saved) std::printf("  NOT SAVED    %s: %s\n", s.Path.c_str(), s.Reason.c_str());
     for (const auto& s : saves)
         if (!s.SetAside.empty()) std::printf("  Kept aside   %s (it could not be read)\n", s.SetAside.c_str());
+    for (const auto& s : d.Retried)
+        std::printf("  %s %s (kept from an earlier deal)\n", s.Saved ? "Saved now   " : "Still unsaved", s.Path.c_str());
+    if (d.Kept > 0) std::printf("  Kept         %d deal(s) in memory until they can be saved\n", d.Kept);
+    for (const auto& w : d.Warnings) std::printf("  WARNING      the reading breaks a rule: %s\n", w.c_str());
 }
 
 }  // namespace
@@ -65,14 +79,22 @@ int RunDemo(const Args& args) {
 
     sim::Scenario scenario;
     std::string error;
-    if (!sim::ParseScenario(replay::DemoScenarioJson(), scenario, error)) {
+    if (!replay::DemoScenario(scenario, error, a.Seed, a.Deals)) {
         std::fprintf(stderr, "tarvellos-cli demo: built-in scenario: %s\n", error.c_str());
         return 1;
     }
-    if (a.Seed >= 0) scenario.game.seed = static_cast<std::uint32_t>(a.Seed);
-    if (a.Deals > 0) scenario.game.randomDeals = static_cast<int>(a.Deals);
+    if (a.Games > 0) {
+        // Whole games are played to their end unless a deal count is given too.
+        scenario.game.games = static_cast<int>(a.Games);
+        if (a.Deals <= 0) scenario.game.randomDeals = 0;
+    }
+    if (a.SameRatings) {
+        std::array<std::string, 4> now;
+        for (int s = 0; s < 4; ++s) now[static_cast<std::size_t>(s)] = scenario.game.players[static_cast<std::size_t>(s)].rating;
+        scenario.game.ratingsAfterGame.assign(100, now);
+    }
     std::string home = a.Home;
-    if (home.empty()) home = replay::FreshFolder("tarvellos-demo", error);
+    if (home.empty()) home = FreshHome(error);
     if (home.empty()) {
         std::fprintf(stderr, "tarvellos-cli demo: %s\n", error.c_str());
         return 1;
@@ -89,8 +111,9 @@ int RunDemo(const Args& args) {
     const std::string work = session.App.Folders().WorkFolder();
     if (human) {
         std::printf("TarvelloS demo: the companion follows a simulated Spades table in virtual time.\n");
-        std::printf("Table Oak (host alice); you are me_player; %d deals; program folder %s\n",
-                    scenario.game.randomDeals, home.c_str());
+        const std::string length = scenario.game.games > 0 ? std::to_string(scenario.game.games) + " games"
+                                                           : std::to_string(scenario.game.randomDeals) + " deals";
+        std::printf("Table Oak (host alice); you are me_player; %s; program folder %s\n", length.c_str(), home.c_str());
         for (const std::string& kept : files.Kept) std::printf("Your own %s is used as it is.\n", kept.c_str());
         std::printf("\n");
     }
@@ -100,31 +123,33 @@ int RunDemo(const Args& args) {
         ++k;
         const auto saves = d.Saves;
         lost.Add(saves);
+        lost.Recovered(d.Retried);
         if (human) PrintHumanDeal(k, d, work, saves);
         else std::printf("%s\n", replay::FiledDealJson(k, d, saves).Dump().c_str());
         std::fflush(stdout);
     };
+    int ratingLines = 0;
     session.Events.OnGameOver = [&](const tracking::GameOver& g) {
         const auto& r = g.Score;
-        const auto& saves = g.Saves;
-        lost.Add(saves);
+        lost.Add(g.Saves);
+        if (g.RatingRecorded) ++ratingLines;
         if (human) {
             const int user = session.App.UserSeat();
             const int uc = (user % 2) * 2, oc = uc ^ 2;
             std::printf("\n  *** Game over: we %d, they %d — %s. ***\n", r[uc], r[oc], r[uc] > r[oc] ? "we won" : "they won");
             if (session.App.Rating()) {
                 const auto& rating = *session.App.Rating();
-                const std::string shown = core::Trim(rating.MyRating.Caption);
+                const std::string shown = core::Trim(g.Rating);
                 if (g.RatingRecorded)
                     std::printf("  Rating %s recorded in %s\n\n", shown.c_str(), rating.LastSave.Path.c_str());
-                else if (!rating.LastSave.Path.empty())
+                else if (!rating.LastSave.Path.empty() && !rating.LastSave.Saved)
                     std::printf("  Rating %s NOT recorded: %s: %s\n\n", shown.c_str(), rating.LastSave.Path.c_str(),
                                 rating.LastSave.Reason.c_str());
                 else
-                    std::printf("  Rating %s (not a game to record)\n\n", shown.c_str());
+                    std::printf("  Rating %s not recorded: %s\n\n", shown.empty() ? "-" : shown.c_str(), g.RatingNote.c_str());
             }
         } else {
-            std::printf("%s\n", replay::GameOverJson(r, saves).Dump().c_str());
+            std::printf("%s\n", replay::GameOverJson(g).Dump().c_str());
         }
         std::fflush(stdout);
     };
@@ -143,8 +168,8 @@ int RunDemo(const Args& args) {
         const std::string nil = core::JoinPath(work, scoring::NilReportName(false));
         std::printf("  Nil history    %s%s\n", nil.c_str(), std::filesystem::exists(nil) ? "" : " (no Nil bid by your side yet)");
         if (session.App.Rating())
-            std::printf("  Rating history %s%s\n", session.App.Rating()->Options.HistoryPath.c_str(),
-                        std::filesystem::exists(session.App.Rating()->Options.HistoryPath) ? "" : " (no game finished yet)");
+            std::printf("  Rating history %s (%d line%s written in this run)\n", session.App.Rating()->Options.HistoryPath.c_str(),
+                        ratingLines, ratingLines == 1 ? "" : "s");
         if (session.App.Alerts() && !session.App.Alerts()->View.AlertName.Caption.empty())
             std::printf("  Alert label    %s\n", session.App.Alerts()->View.AlertName.Caption.c_str());
         for (const std::string& e : session.App.ErrorLog()) std::printf("  Error window   %s\n", e.c_str());

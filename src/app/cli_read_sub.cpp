@@ -94,7 +94,8 @@ private:
 struct Readers {
     Readers(const platform::Image& img, int lang) : desk(img), cap(desk, desk, clock) {
         cap.FontIndex = 1;
-        for (int k = 1; k <= 3; ++k) cap.SubWindow[static_cast<std::size_t>(k)].Handle = StoredImageDesktop::kWindow;
+        for (int k = 1; k <= 3; ++k) subs.Handle[static_cast<std::size_t>(k)] = StoredImageDesktop::kWindow;
+        cap.SetSubWindows(&subs);
         glyphs.ReadingFont = 1;
         glyphs.DigitsOn = true;
         glyphs.SelectFont(1, lang, titles.BidLabel(lang), titles.TrickLabel(lang));
@@ -102,6 +103,7 @@ struct Readers {
     StoredImageDesktop desk;
     platform::VirtualClock clock;
     reading::Capture cap;
+    reading::FixedSubWindows subs;
     reading::WinTitles titles;
     reading::GlyphTable glyphs;
 };

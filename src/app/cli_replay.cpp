@@ -24,7 +24,7 @@ int RunReplay(const Args& args) {
     }
     sim::Scenario scenario;
     std::string error;
-    if (!sim::ParseScenario(text, scenario, error)) {
+    if (!replay::ParseSessionScenario(text, scenario, error)) {
         std::fprintf(stderr, "tarvellos-cli replay: %s: %s\n", a.Scenario.c_str(), error.c_str());
         return 1;
     }
@@ -46,14 +46,17 @@ int RunReplay(const Args& args) {
     session.Events.OnDealFiled = [&](const tracking::FiledDeal& d) {
         const auto saves = d.Saves;
         lost.Add(saves);
+        lost.Recovered(d.Retried);
         std::printf("%s\n", replay::FiledDealJson(++deal, d, saves).Dump().c_str());
         std::fflush(stdout);
     };
     session.Events.OnGameOver = [&](const tracking::GameOver& g) {
-        const auto& score = g.Score;
-        const auto& saves = g.Saves;
-        lost.Add(saves);
-        std::printf("%s\n", replay::GameOverJson(score, saves).Dump().c_str());
+        lost.Add(g.Saves);
+        std::printf("%s\n", replay::GameOverJson(g).Dump().c_str());
+        std::fflush(stdout);
+    };
+    session.OnAction = [&](const replay::Action& act) {
+        std::printf("%s\n", replay::ActionJson(act, session.App).Dump().c_str());
         std::fflush(stdout);
     };
     if (!session.Start()) {

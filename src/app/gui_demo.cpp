@@ -8,6 +8,7 @@
 #include <cstdio>
 
 #include "platform/sim/sim_desktop.h"
+#include "platform/temp_folder.h"
 #include "replay/demo_scenario.h"
 #include "replay/json_lines.h"
 #include "replay/program_files.h"
@@ -78,16 +79,16 @@ void GameView::mousePressEvent(QMouseEvent* e) {
 int RunGuiDemo(const GuiDemoOptions& o) {
     sim::Scenario scenario;
     std::string error;
-    if (!sim::ParseScenario(replay::DemoScenarioJson(), scenario, error)) {
+    if (!replay::DemoScenario(scenario, error)) {
         std::fprintf(stderr, "tarvellos --demo: built-in scenario: %s\n", error.c_str());
         return 1;
     }
     for (const char* line : kDemoWindows) scenario.settings.emplace_back(line);
     scenario.game.randomDeals = o.Deals;
     std::string home = o.Home.toStdString();
-    if (home.empty()) home = replay::FreshFolder("tarvellos-demo", error);
+    if (home.empty()) home = platform::MakeFreshTempFolder("tarvellos-demo", error).value_or("");
     if (home.empty()) {
-        std::fprintf(stderr, "tarvellos --demo: %s\n", error.c_str());
+        std::fprintf(stderr, "tarvellos --demo: cannot create a folder for the demo: %s\n", error.c_str());
         return 1;
     }
     const replay::ProgramFiles files = replay::WriteProgramFiles(scenario, home);
@@ -97,9 +98,9 @@ int RunGuiDemo(const GuiDemoOptions& o) {
     }
     QString shots = o.Snapshots;
     if (o.Headless && shots.isEmpty()) {
-        const std::string made = replay::FreshFolder("tarvellos-snapshots", error);
+        const std::string made = platform::MakeFreshTempFolder("tarvellos-snapshots", error).value_or("");
         if (made.empty()) {
-            std::fprintf(stderr, "tarvellos --demo: %s\n", error.c_str());
+            std::fprintf(stderr, "tarvellos --demo: cannot create a folder for the pictures: %s\n", error.c_str());
             return 1;
         }
         shots = QString::fromStdString(made);
@@ -129,6 +130,7 @@ int RunGuiDemo(const GuiDemoOptions& o) {
     ui.OnDealFiled = [&](const tracking::FiledDeal& d) {
         ++filed;
         lost.Add(d.Saves);
+        lost.Recovered(d.Retried);
         std::printf("%s\n", replay::FiledDealJson(filed, d, d.Saves).Dump().c_str());
         std::fflush(stdout);
         shotPending = true;
@@ -151,7 +153,7 @@ int RunGuiDemo(const GuiDemoOptions& o) {
     };
     ui.OnGameOver = [&](const tracking::GameOver& g) {
         lost.Add(g.Saves);
-        std::printf("%s\n", replay::GameOverJson(g.Score, g.Saves).Dump().c_str());
+        std::printf("%s\n", replay::GameOverJson(g).Dump().c_str());
         std::fflush(stdout);
     };
     ui.OnEnded = [&] { finish(lost.Any() ? 1 : 0); };

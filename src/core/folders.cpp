@@ -25,15 +25,22 @@ std::string FindFileNoCase(const std::string& folder, const std::string& name) {
     if (name.empty()) return {};
     const std::string exact = JoinPath(folder, name);
     std::error_code ec;
+#ifndef _WIN32
     if (fs::exists(PathFromUtf8(exact), ec)) return exact;
+#endif
     // Only the last part of the name is matched without case; the folders
-    // above it must exist as written.
+    // above it must exist as written. (On Windows the name as written would
+    // open the file too, but the file box and messages show the name the
+    // file really has.)
     const fs::path full = PathFromUtf8(exact);
     const fs::path dir = full.has_parent_path() ? full.parent_path() : fs::path(".");
     const std::string want = UCase(PathToUtf8(full.filename()));
     fs::directory_iterator it(dir, ec), end;
     for (; !ec && it != end; it.increment(ec))
         if (UCase(PathToUtf8(it->path().filename())) == want) return PathToUtf8(it->path());
+#ifdef _WIN32
+    if (fs::exists(PathFromUtf8(exact), ec)) return exact;
+#endif
     return {};
 }
 

@@ -13,17 +13,20 @@ namespace platform {
 class Sound;
 }
 
+#include "core/game_language.h"
+
 namespace display {
 
-// Game site languages as the title table numbers them.
+// Game site languages by their rows (core::GameLanguage); 7 to 9 are
+// further Spanish sites.
 enum GameLanguageIndex {
-    LangEnglish = 1,
-    LangJapanese = 2,
-    LangGerman = 3,
-    LangFrench = 4,
-    LangItalian = 5,
-    LangSpanish = 6,  // 7 to 9 are further Spanish sites
-    LangPortuguese = 10,
+    LangEnglish = core::LanguageRow(core::GameLanguage::English),
+    LangJapanese = core::LanguageRow(core::GameLanguage::Japanese),
+    LangGerman = core::LanguageRow(core::GameLanguage::German),
+    LangFrench = core::LanguageRow(core::GameLanguage::French),
+    LangItalian = core::LanguageRow(core::GameLanguage::Italian),
+    LangSpanish = core::LanguageRow(core::GameLanguage::Spanish),
+    LangPortuguese = core::LanguageRow(core::GameLanguage::Brazilian),
 };
 
 // The table modes (TableModeSpades, TableModeBridge of card_sheets.h) choose

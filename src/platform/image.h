@@ -21,8 +21,13 @@ struct Image {
         if (Contains(x, y)) Pixels[static_cast<std::size_t>(y * Width + x)] = rgb;
     }
     void FillRect(std::int32_t x0, std::int32_t y0, std::int32_t x1, std::int32_t y1, std::uint32_t rgb) {
+        // Clipped once, then whole rows: windows are filled on every repaint.
+        x0 = x0 < 0 ? 0 : x0;
+        y0 = y0 < 0 ? 0 : y0;
+        x1 = x1 > Width ? Width : x1;
+        y1 = y1 > Height ? Height : y1;
         for (std::int32_t y = y0; y < y1; ++y)
-            for (std::int32_t x = x0; x < x1; ++x) Set(x, y, rgb);
+            for (std::int32_t x = x0; x < x1; ++x) Pixels[static_cast<std::size_t>(y * Width + x)] = rgb;
     }
 };
 

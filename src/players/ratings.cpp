@@ -92,6 +92,19 @@ std::int32_t FindRenewedRating(const std::vector<std::string>& lines, const std:
     return 0;
 }
 
+std::string HistoryResultText(HistoryResult r) {
+    switch (r) {
+        case HistoryResult::Written: return "recorded";
+        case HistoryResult::NotRecorded: return "not a game to record";
+        case HistoryResult::Unreadable: return "the history file cannot be read";
+        case HistoryResult::WriteFailed: return "the history file cannot be written";
+        case HistoryResult::Unchanged: return "unchanged since the last recorded game";
+        case HistoryResult::RobotTable: return "robots played";
+        case HistoryResult::NotAtTable: return "the user's ID is not in the player list";
+    }
+    return "?";
+}
+
 Ratings::Ratings(platform::Windows& windows, platform::Clock& clock) : windows_(windows), clock_(clock) {}
 
 void Ratings::ShowMyRating(std::string& text, std::int32_t& value) {
@@ -177,7 +190,10 @@ void Ratings::ReadShowRating(std::int32_t mode, RatingContext& ctx) {
             ShowMyRating(text, value);
             if (value > 1000 || value == -1) break;
         }
-        if (attempt == 2) return;
+        if (attempt == 2) {
+            LastHistory = index == 0 ? HistoryResult::NotAtTable : HistoryResult::NotRecorded;
+            return;
+        }
         if (mode == 0) break;
     }
     UpdateCountingAllowed(text, value);
@@ -214,12 +230,12 @@ HistoryResult Ratings::WriteHistory(std::string& text, std::int32_t& value, Rati
     std::vector<std::string> lines = core::SplitLines(core::ToUtf8(old, Options.CodePage));
     if (lines.size() > kHistoryLinesRead) lines.resize(kHistoryLinesRead);
     std::string last = lines.empty() ? std::string() : RecordedRatingText(lines.back(), Options.Japanese);
-    if (value >= 1000 && value == core::ValInt(last)) return HistoryResult::NotRecorded;
+    if (value >= 1000 && value == core::ValInt(last)) return HistoryResult::Unchanged;
 
     int robots = 0;
     for (const std::string& name : ctx.SeatNames)
         if (core::Contains(name, "robot")) ++robots;
-    if (robots >= 2) return HistoryResult::NotRecorded;
+    if (robots >= 2) return HistoryResult::RobotTable;
 
     if (RatingMode == 1 && text == kProvisional) {
         std::int32_t renewed = 0;

@@ -55,10 +55,15 @@ std::int32_t FindRenewedRating(const std::vector<std::string>& lines, const std:
 
 enum class HistoryResult {
     Written = 0,
-    NotRecorded = 1,  // a rule said not to record this game
+    NotRecorded = 1,  // not a game to record (no history file, no score, not read after a game)
     Unreadable = 2,   // the old file could not be read: left as it is
     WriteFailed = 3,  // the new file could not be written: old one kept
+    Unchanged = 4,    // the rating is the one last recorded
+    RobotTable = 5,   // two or more robots played
+    NotAtTable = 6,   // none of the user's IDs is in the player list
 };
+// Why a game's line was or was not written, in a few words.
+std::string HistoryResultText(HistoryResult r);
 
 // What ReadShowRating needs of the game and the deal.
 struct RatingContext {

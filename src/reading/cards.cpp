@@ -147,7 +147,7 @@ int CardReader::LinePitchNow() const {
 int CardReader::CaptHand(HandRead& out) {
     out = HandRead{};
     platform::Windows& windows = cap_.Windows();
-    const platform::WindowHandle h = cap_.SubWindow[kSubLastHand].Handle;
+    const platform::WindowHandle h = cap_.SubWindowHandle(kSubLastHand);
     // The window is read at the screen's origin, where the game's wider
     // layouts fit.
     if (const auto r = h != 0 ? windows.WindowRect(h) : std::nullopt; r && std::abs(r->Left) + std::abs(r->Top) != 0)

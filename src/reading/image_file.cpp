@@ -1,6 +1,8 @@
 #include "reading/image_file.h"
 
+#ifndef TARVELLOS_NO_PNG
 #include <png.h>
+#endif
 
 #include <cstdio>
 #include <cstring>
@@ -75,6 +77,7 @@ bool LoadBmp(const std::string& b, platform::Image& out, std::string& error) {
     return true;
 }
 
+#ifndef TARVELLOS_NO_PNG
 struct PngSource {
     const std::string* bytes;
     std::size_t at;
@@ -159,6 +162,14 @@ bool LoadPng(const std::string& b, platform::Image& out, std::string& error) {
     return true;
 }
 
+#else
+// Builds without a PNG library (the Windows cross build) read BMP only.
+bool LoadPng(const std::string&, platform::Image&, std::string& error) {
+    error = "PNG images cannot be read by this build; save the picture as BMP";
+    return false;
+}
+#endif
+
 }  // namespace
 
 bool LoadImageBytes(const std::string& bytes, platform::Image& out, std::string& error) {
@@ -207,6 +218,11 @@ bool SaveImagePng(const std::string& path, const platform::Image& img, std::stri
         error = "empty image";
         return false;
     }
+#ifdef TARVELLOS_NO_PNG
+    (void)path;
+    error = "PNG images cannot be written by this build";
+    return false;
+#else
     std::vector<unsigned char> buf(static_cast<std::size_t>(img.Width) * static_cast<std::size_t>(img.Height) * 3);
     for (std::size_t i = 0; i < img.Pixels.size(); ++i) {
         buf[i * 3] = static_cast<unsigned char>(img.Pixels[i] >> 16);
@@ -232,6 +248,7 @@ bool SaveImagePng(const std::string& path, const platform::Image& img, std::stri
         return false;
     }
     return true;
+#endif
 }
 
 }  // namespace reading

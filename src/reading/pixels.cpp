@@ -59,38 +59,16 @@ void Capture::CaptureGameRect(const platform::Rect& region) { CaptureRect(GameWi
 
 std::int32_t Capture::CaptureSubWindow(int k) {
     if (k < 0 || k >= kSubWindowCount) return 0;
-    SubWindowSlot& s = SubWindow[static_cast<std::size_t>(k)];
     auto once = [&]() {
-        windows_.SetTopmost(s.Handle, true);
-        if (platform::IsMinimized(windows_, s.Handle)) windows_.Restore(s.Handle);
-        if (const std::optional<platform::Rect> outer = windows_.WindowRect(s.Handle)) {
-            s.Rect = *outer;
-            platform::Rect r = s.Rect;
-            if (!s.Placed && std::abs(r.Left) + std::abs(r.Top) < 11 && !(s.Home.X == 0 && s.Home.Y == 0)) {
-                r = {s.Home.X, s.Home.Y, s.Home.X + r.Width(), s.Home.Y + r.Height()};
-                s.Placed = true;
-            }
-            const platform::Point screen = windows_.ScreenSize();
-            if (r.Left < 0) r = {0, r.Top, r.Width(), r.Bottom};
-            if (r.Top < 0) r = {r.Left, 0, r.Right, r.Height()};
-            if (r.Right > screen.X + 5) {
-                const std::int32_t dx = r.Right - (screen.X + 5);
-                r = {r.Left - dx, r.Top, r.Right - dx, r.Bottom};
-            }
-            if (r.Bottom > screen.Y) {
-                const std::int32_t dy = r.Bottom - screen.Y;
-                r = {r.Left, r.Top - dy, r.Right, r.Bottom - dy};
-            }
-            if (!(r == s.Rect)) {
-                windows_.Move(s.Handle, r);
-                s.Rect = r;
-            }
-        }
-        CaptureRect(s.Handle, BMSub, {}, platform::Area::Client);
+        const platform::WindowHandle h = SubWindowHandle(k);
+        windows_.SetTopmost(h, true);
+        if (platform::IsMinimized(windows_, h)) windows_.Restore(h);
+        if (subs_) subs_->PlaceForCapture(k);
+        CaptureRect(h, BMSub, {}, platform::Area::Client);
     };
     once();
-    if (BMSub.Lines == 0 && ReopenSubWindow) {
-        ReopenSubWindow(k);
+    if (BMSub.Lines == 0 && subs_) {
+        subs_->ReopenSubWindow(k);
         once();
     }
     return BMSub.Lines;

@@ -58,20 +58,36 @@ inline bool IsNearColor(std::uint16_t p, int r, int g, int b) {
 std::string FormatRect(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom);
 std::string FormatPoint(std::int32_t x, std::int32_t y);
 
-// An auxiliary game window as the capture keeps it.
-struct SubWindowSlot {
-    platform::WindowHandle Handle = 0;
-    platform::Rect Rect;
-    bool Placed = false;
-    platform::Point Home;
+constexpr int kSubWindowCount = 7;
+
+// Where the game's auxiliary windows ("Last Trick" 1, "Last Hand" 2, score 3)
+// are: whoever finds and places them answers the capture.
+class SubWindowSource {
+public:
+    virtual ~SubWindowSource() = default;
+    // The window of slot k; 0 = not known.
+    [[nodiscard]] virtual platform::WindowHandle SubWindowHandle(int k) const = 0;
+    // Slot k is about to be copied (on top and restored already): put it
+    // where it can be seen whole.
+    virtual void PlaceForCapture(int /*k*/) {}
+    // Slot k delivered nothing: open it again if possible.
+    virtual void ReopenSubWindow(int /*k*/) {}
 };
 
-constexpr int kSubWindowCount = 7;
+// Fixed handles, for readers of windows that nobody moves (stored images,
+// tests, benchmarks).
+struct FixedSubWindows final : SubWindowSource {
+    std::array<platform::WindowHandle, kSubWindowCount> Handle{};
+    [[nodiscard]] platform::WindowHandle SubWindowHandle(int k) const override {
+        return k >= 0 && k < kSubWindowCount ? Handle[static_cast<std::size_t>(k)] : 0;
+    }
+};
 
 class Capture {
 public:
-    Capture(platform::Windows& windows, platform::ScreenCapture& screen, platform::Clock& clock)
-        : windows_(windows), screen_(screen), clock_(clock) {}
+    Capture(platform::Windows& windows, platform::ScreenCapture& screen, platform::Clock& clock,
+            SubWindowSource* subWindows = nullptr)
+        : windows_(windows), screen_(screen), clock_(clock), subs_(subWindows) {}
 
     platform::Windows& Windows() { return windows_; }
     platform::Clock& Clock() { return clock_; }
@@ -83,9 +99,9 @@ public:
     std::int32_t LastLine = 0;
     int FontIndex = 0;  // reading font index; decides the post-copy wait
     platform::WindowHandle GameWindow = 0;
-    std::array<SubWindowSlot, kSubWindowCount> SubWindow{};
-    // Clicks the game's button that opens sub-window k and looks it up again.
-    std::function<void(int)> ReopenSubWindow;
+    // The sub-windows' finder; none = no sub-window is known.
+    void SetSubWindows(SubWindowSource* source) { subs_ = source; }
+    [[nodiscard]] platform::WindowHandle SubWindowHandle(int k) const { return subs_ ? subs_->SubWindowHandle(k) : 0; }
     // Receives trace lines when a log file is named; empty = no log.
     std::function<void(const std::string&)> Trace;
 
@@ -137,6 +153,7 @@ private:
     platform::Windows& windows_;
     platform::ScreenCapture& screen_;
     platform::Clock& clock_;
+    SubWindowSource* subs_ = nullptr;
 };
 
 }  // namespace reading

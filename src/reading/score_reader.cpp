@@ -40,7 +40,7 @@ bool ScoreReader::ReadOnce(ScoreLines& out) {
     out.Count = 0;
     const BM& bm = cap_.BMSub;
     platform::Windows& windows = cap_.Windows();
-    const platform::WindowHandle h = cap_.SubWindow[kSubScore].Handle;
+    const platform::WindowHandle h = cap_.SubWindowHandle(kSubScore);
     const int f = glyphs_.ReadingFont;
     const int pitch = LinePitch[static_cast<std::size_t>(f >= 0 && f < 3 ? f : 1)];
 

@@ -310,6 +310,36 @@ void TableReader::MakePlayerList() {
     TableNamesRead = static_cast<int>(TableNames.size());
 }
 
+std::vector<std::string> TableReader::ReadTextArea() {
+    constexpr std::int32_t kLeft = 50, kRight = 400, kBottom = 580, kBandRows = 20;
+    std::vector<std::string> lines;
+    platform::Rect wr;
+    if (!GameRect(wr)) return lines;
+    if (BoxLeft == 0) LocateBox();
+    if (BoxLeft == 0) return lines;
+    const std::int32_t top = NameListTop != 0 ? NameListTop : BoxBottom;
+    const std::int32_t bottom = std::min(kBottom, wr.Height());
+    if (top >= bottom - kBandRows) return lines;
+    cap_.CaptureGameRect(platform::Rect{kLeft, top, kRight, bottom});
+    if (cap_.BMScreen.Lines == 0) return lines;
+    LineBmp& line = cap_.LineBMP;
+    DimLine(kLeft, kRight);
+    for (std::int32_t y = top; y <= bottom - kBandRows; ++y) {
+        cap_.GetLineBMPmain("GetRenewedRating", y);
+        std::uint16_t any = 0;
+        for (std::int32_t x = line.lo + 1; x <= line.hi - 1; ++x) {
+            line[x] &= 0x7FF;
+            any |= line[x];
+        }
+        if (any == 0) continue;
+        std::int32_t p = line.lo + 1;
+        std::string text = glyphs_.ReadText(line, p);
+        // Rows between two text lines match no glyph at all.
+        if (text.find_first_not_of('?') != std::string::npos) lines.push_back(std::move(text));
+    }
+    return lines;
+}
+
 int TableReader::ReadTablePlayers() {
     SelectReadingFont();
     MakePlayerList();

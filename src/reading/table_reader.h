@@ -87,6 +87,10 @@ public:
     // Font, list and the index (1-based) of the first entry with 5 or more
     // lower-case letters and digits; 0 if none.
     int ReadTablePlayers();
+    // Texts of the table's text area (x 50 to 400, from the player list's
+    // top row down to row 580), one per pixel row that holds ink, top to
+    // bottom; rows between text lines read as glyph fragments.
+    std::vector<std::string> ReadTextArea();
     static int CountAlnum(const std::string& text);
     // Bids by bid position ("1".."13", "N", "D", "DP" or ""); status 0, 11, 12, 13.
     // Without a capture neither is changed.

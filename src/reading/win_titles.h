@@ -9,21 +9,23 @@
 #include <string_view>
 #include <vector>
 
+#include "core/game_language.h"
+
 namespace reading {
 
-// Game languages: rows of the title table (GameLanguage).
-constexpr int LangUSA = 1;
-constexpr int LangJapan = 2;
-constexpr int LangGermany = 3;
-constexpr int LangFrance = 4;     // no titles or labels known
-constexpr int LangItaly = 5;
-constexpr int LangSpain = 6;
-constexpr int LangMexico = 7;
-constexpr int LangEspanol = 8;    // differs from LangSpain only in letter case
-constexpr int LangArgentina = 9;
-constexpr int LangBrazil = 10;    // no titles or labels known
-constexpr int LangFirst = 1;
-constexpr int LangLast = 10;
+// Game languages as the rows of the title table (core::GameLanguage).
+constexpr int LangUSA = core::LanguageRow(core::GameLanguage::English);
+constexpr int LangJapan = core::LanguageRow(core::GameLanguage::Japanese);
+constexpr int LangGermany = core::LanguageRow(core::GameLanguage::German);
+constexpr int LangFrance = core::LanguageRow(core::GameLanguage::French);
+constexpr int LangItaly = core::LanguageRow(core::GameLanguage::Italian);
+constexpr int LangSpain = core::LanguageRow(core::GameLanguage::Spanish);
+constexpr int LangMexico = core::LanguageRow(core::GameLanguage::Mexican);
+constexpr int LangEspanol = core::LanguageRow(core::GameLanguage::Espanol);
+constexpr int LangArgentina = core::LanguageRow(core::GameLanguage::Argentine);
+constexpr int LangBrazil = core::LanguageRow(core::GameLanguage::Brazilian);
+constexpr int LangFirst = LangUSA;
+constexpr int LangLast = LangBrazil;
 
 // Title slots (also the job-slot and sub-window numbers).
 constexpr int SlotTable = 0;      // the game's table window

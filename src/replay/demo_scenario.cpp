@@ -2,8 +2,9 @@
 
 namespace replay {
 
-const char* DemoScenarioJson() {
-    return R"JSON({
+namespace {
+
+constexpr const char* kDemoScenario = R"JSON({
   "start": "2026-03-05T21:00:00", "language": 1, "screen": [1280, 1024],
   "table": {"name": "Oak", "host": "alice", "dnilPass": false, "suicide": false},
   "settings": ["MyYahooID = me_player", "BidTrickCounter = (*,0),(*,0)", "AlertNilBids = yes"],
@@ -12,6 +13,14 @@ const char* DemoScenarioJson() {
   "ratings": ["1534", "1620", "1480", "1701"],
   "watchers": [["kibitz_a", "1500"]],
   "deals": 12, "seed": 2})JSON";
+
+}  // namespace
+
+bool DemoScenario(sim::Scenario& out, std::string& error, long long seed, long long deals) {
+    if (!sim::ParseScenario(kDemoScenario, out, error)) return false;
+    if (seed >= 0) out.game.seed = static_cast<std::uint32_t>(seed);
+    if (deals > 0) out.game.randomDeals = static_cast<int>(deals);
+    return true;
 }
 
 }  // namespace replay

@@ -2,6 +2,7 @@
 
 #include "core/folders.h"
 #include "core/notation.h"
+#include "core/text.h"
 #include "scoring/nil_history.h"
 
 namespace replay {
@@ -48,16 +49,45 @@ core::Json FiledDealJson(int deal, const tracking::FiledDeal& d, const std::vect
     j.Set("names", texts(d.Names));
     j.Set("userSeat", core::SeatLetter(d.UserSeat));
     AddSaves(j, saves.empty() ? d.Saves : saves);
+    if (!d.Retried.empty()) {
+        core::Json retried = core::Json::Array();
+        for (const auto& r : d.Retried) {
+            core::Json f = core::Json::Object();
+            f.Set("file", r.Path);
+            f.Set("saved", r.Saved);
+            if (!r.Saved) f.Set("reason", r.Reason);
+            retried.Push(f);
+        }
+        j.Set("retried", retried);
+    }
+    if (d.Kept > 0) j.Set("kept", d.Kept);
+    if (d.Missed > 0) j.Set("missed", d.Missed);
+    if (!d.Warnings.empty()) j.Set("warnings", texts(d.Warnings));
     return j;
 }
 
-core::Json GameOverJson(const scoring::ScoreRows::Row& score, const std::vector<core::SaveResult>& saves) {
+core::Json GameOverJson(const tracking::GameOver& g) {
     core::Json j = core::Json::Object();
     j.Set("gameOver", true);
     core::Json s = core::Json::Array();
-    for (int v : score) s.Push(v);
+    for (int v : g.Score) s.Push(v);
     j.Set("score", s);
-    AddSaves(j, saves);
+    j.Set("rating", core::Trim(g.Rating));
+    j.Set("ratingRecorded", g.RatingRecorded);
+    j.Set("ratingNote", g.RatingNote);
+    AddSaves(j, g.Saves);
+    return j;
+}
+
+core::Json ActionJson(const Action& a, const tracking::Companion& app) {
+    core::Json j = core::Json::Object();
+    j.Set("action", a.What);
+    j.Set("shown", app.ShownRecordName());
+    core::Json files = core::Json::Array();
+    const auto& box = app.Models().filBox;
+    for (const std::string& name : box.Entries) files.Push(name);
+    j.Set("files", files);
+    if (app.Models().frmErrMsg.Visible) j.Set("error", app.Models().frmErrMsg.Text);
     return j;
 }
 
@@ -71,6 +101,17 @@ void LostSaves::Add(const std::vector<core::SaveResult>& saves) {
                 known = true;
             }
         if (!known) lost_.emplace_back(s, 1);
+    }
+}
+
+void LostSaves::Recovered(const std::vector<core::SaveResult>& retried) {
+    for (const auto& s : retried) {
+        if (!s.Saved) continue;
+        for (auto it = lost_.begin(); it != lost_.end(); ++it)
+            if (it->first.Path == s.Path) {
+                if (--it->second == 0) lost_.erase(it);
+                break;
+            }
     }
 }
 

@@ -1,11 +1,7 @@
 #include "replay/program_files.h"
 
-#include <cerrno>
-#include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <system_error>
-#include <vector>
 
 #include "core/folders.h"
 #include "core/settings.h"
@@ -39,18 +35,6 @@ ProgramFiles WriteProgramFiles(const sim::Scenario& scenario, const std::string&
     if (!scenario.alertFile.empty() && !place({core::kAlertFileDefault}, scenario.alertFile)) return out;
     out.Ok = true;
     return out;
-}
-
-std::string FreshFolder(const std::string& stem, std::string& error) {
-    std::error_code ec;
-    const std::string base = (std::filesystem::temp_directory_path(ec) / (stem + "-XXXXXX")).string();
-    std::vector<char> name(base.begin(), base.end());
-    name.push_back('\0');
-    if (ec || !mkdtemp(name.data())) {
-        error = "cannot create a folder for the demo: " + std::string(std::strerror(errno));
-        return "";
-    }
-    return name.data();
 }
 
 }  // namespace replay

@@ -23,9 +23,4 @@ struct ProgramFiles {
 // a built-in copy never replaces the player's own.
 ProgramFiles WriteProgramFiles(const sim::Scenario& scenario, const std::string& programFolder);
 
-// A new folder of the demo's own under the system's temporary folder
-// ("<stem>-XXXXXX"), so a player's files are never touched; kept after the
-// run to be looked at. "" and `error` set when it cannot be made.
-std::string FreshFolder(const std::string& stem, std::string& error);
-
 }  // namespace replay

@@ -27,6 +27,20 @@ Session::Session(const sim::Scenario& scenario, std::string programFolder, track
     Desktop.SetExecutableFolder(ProgramFolder);
     Desktop.SetAnsiCodePage(scenario.codepage);
     App.SetArchiveCheck(false);  // a simulated session may well run from a temporary folder
+    startTick_ = Clock.TickCount();
+    if (!CompileActions(Scenario, actions_, actionsError_)) actions_.clear();
+}
+
+void Session::ScheduleActions() {
+    for (std::size_t i = 0; i < actions_.size(); ++i) {
+        (void)Clock.Schedule(startTick_ + actions_[i].AfterMs, [this, i] {
+            const Action& a = actions_[i];
+            endPressed_ = endPressed_ || a.Ends;
+            a.Press(App);
+            ++pressed_;
+            if (OnAction) OnAction(a);
+        });
+    }
 }
 
 Session::~Session() { Timer.Stop(); }
@@ -35,42 +49,37 @@ bool Session::Start(bool openSubWindows, bool ownTimer) {
     if (!App.Start()) return false;
     Game.Start(openSubWindows);
     if (ownTimer) Timer.Start();
+    ScheduleActions();
     return true;
 }
 
-int Session::DealsPlayed() const {
-    int n = 0;
-    for (const auto& e : Game.Game().Events())
-        if (e.kind == sim::EventKind::ScoreLineAdded) ++n;
-    return n;
-}
+int Session::DealsPlayed() const { return Game.Game().EventCount(sim::EventKind::ScoreLineAdded); }
 
-int Session::GamesPlayed() const {
-    int n = 0;
-    for (const auto& e : Game.Game().Events())
-        if (e.kind == sim::EventKind::GameOver) ++n;
-    return n;
-}
+int Session::GamesPlayed() const { return Game.Game().EventCount(sim::EventKind::GameOver); }
 
 bool Session::Run(std::uint64_t limitMs) {
     const std::uint64_t start = Clock.Elapsed();
     std::uint64_t finishedAt = 0, progressAt = start;
-    std::size_t events = Game.Game().Events().size();
+    std::size_t events = Game.Game().EventCount();
     while (limitMs == 0 || Clock.Elapsed() - start < limitMs) {
-        if (App.Ended()) return false;
-        if (Game.Game().Events().size() != events) {
-            events = Game.Game().Events().size();
+        // The player's "End" is a normal end of the session.
+        if (App.Ended()) return endPressed_;
+        const bool actionsLeft = pressed_ < actions_.size();
+        if (Game.Game().EventCount() != events) {
+            events = Game.Game().EventCount();
             progressAt = Clock.Elapsed();
         } else if (!GameFinished() && Clock.Elapsed() - progressAt > kStallMs) {
             return false;
         }
         if (GameFinished()) {
             if (finishedAt == 0) finishedAt = Clock.Elapsed();
-            if (App.FiledCount() >= DealsPlayed() && !App.Busy()) {
+            if (App.FiledCount() >= DealsPlayed() && !App.Busy() && !actionsLeft) {
                 Clock.Wait(1000);
                 return true;
             }
-            // The last capture comes a few seconds after the last score line.
+            // The last capture comes a few seconds after the last score line;
+            // the player may still press something after that.
+            if (actionsLeft) finishedAt = Clock.Elapsed();
             if (Clock.Elapsed() - finishedAt > kGraceMs) return false;
         }
         Clock.Wait(1000);

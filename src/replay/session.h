@@ -5,12 +5,14 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "core/json.h"
 #include "platform/sim/sim_desktop.h"
 #include "platform/sim/virtual_clock.h"
+#include "replay/actions.h"
 #include "replay/virtual_timer.h"
 #include "sim/scenario.h"
 #include "sim/sim_game_desktop.h"
@@ -45,6 +47,13 @@ public:
     // Lets virtual time run for ms.
     void Advance(std::uint32_t ms) { Clock.Wait(ms); }
 
+    // The scenario's actions: what was wrong with them ("" = nothing; a
+    // session with wrong actions presses none), and how many were pressed.
+    const std::string& ActionsError() const { return actionsError_; }
+    std::size_t ActionsPressed() const { return pressed_; }
+    // Called after each action is pressed.
+    std::function<void(const Action&)> OnAction;
+
     int DealsPlayed() const;  // score lines the game added
     int GamesPlayed() const;  // games the game finished
     bool GameFinished() const { return Game.Game().State().finished; }
@@ -61,6 +70,15 @@ public:
     tracking::ScreenReading Screen;
     tracking::Companion App;
     VirtualTimer Timer;
+
+private:
+    void ScheduleActions();
+
+    std::vector<Action> actions_;
+    std::string actionsError_;
+    std::uint32_t startTick_ = 0;
+    std::size_t pressed_ = 0;
+    bool endPressed_ = false;
 };
 
 }  // namespace replay

@@ -21,7 +21,7 @@ bool SameView(const sim::TableView& a, const sim::TableView& b) {
            a.SeatNames == b.SeatNames && a.Bids == b.Bids && a.Tricks == b.Tricks && a.WaitPrompt == b.WaitPrompt &&
            a.MyTurn == b.MyTurn && a.TrickCards == b.TrickCards && a.Highlight == b.Highlight &&
            a.Buttons == b.Buttons && a.DNilPassMarker == b.DNilPassMarker && a.SuicideMarker == b.SuicideMarker &&
-           a.Panel == b.Panel && a.Players.size() == b.Players.size() &&
+           a.Panel == b.Panel && a.TextArea == b.TextArea && a.Players.size() == b.Players.size() &&
            std::equal(a.Players.begin(), a.Players.end(), b.Players.begin(),
                       [](const sim::TablePlayerRow& x, const sim::TablePlayerRow& y) {
                           return x.Id == y.Id && x.Rating == y.Rating;
@@ -51,6 +51,7 @@ sim::TableView TableViewOf(const sim::TableState& s, int language, int width, in
     v.MyTurn = s.turn == s.userSeat && (s.phase == sim::Phase::Bidding || s.phase == sim::Phase::Playing);
     for (int k = 0; k < 4; ++k) v.Players.push_back({s.players[static_cast<std::size_t>(k)].name, s.players[static_cast<std::size_t>(k)].rating});
     for (const auto& w : s.watchers) v.Players.push_back({w.name, w.rating});
+    v.TextArea = s.textArea;
     v.DNilPassMarker = s.dnilPass;
     v.SuicideMarker = s.suicide;
     v.Panel = s.bidPanel == sim::BidPanel::Ordinary ? 100 : s.bidPanel == sim::BidPanel::DoubleNil ? 200 : 0;

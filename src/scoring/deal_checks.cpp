@@ -153,4 +153,25 @@ std::string CheckScoreLine(const ScoreRows::Row& previous, const ScoreRows::Row&
     return "";
 }
 
+std::vector<std::string> CheckDeal(const DealReading& deal) {
+    std::vector<std::string> broken;
+    const auto add = [&broken](std::string rule) {
+        if (!rule.empty()) broken.push_back(std::move(rule));
+    };
+    // One misread card breaks several card rules; the first one says enough.
+    add(CheckLastHand(HandsFromTricks(deal.Cards)));
+    if (broken.empty()) add(CheckTricks(deal.Cards, deal.Marks, 13));
+    const TrickCounts counts = DealTrickCounts(deal.Cards, deal.Marks);
+    std::array<int, 4> tricks{};
+    for (std::size_t s = 0; s < 4; ++s) tricks[s] = counts.Tricks[s];
+    if (broken.empty()) add(CheckTrickCounts(tricks, 13));
+    bool allBids = true;
+    for (const auto& b : deal.Bids) allBids = allBids && !b.empty();
+    if (allBids) {
+        add(CheckBids(deal.Bids, deal.DoubleNilPassTable));
+        if (broken.empty()) add(CheckScoreLine(deal.Previous, deal.Next, deal.Bids, tricks));
+    }
+    return broken;
+}
+
 }  // namespace scoring

@@ -34,6 +34,21 @@ std::string CheckBids(const std::array<std::string, 4>& bids, bool doubleNilPass
 std::string CheckScoreLine(const ScoreRows::Row& previous, const ScoreRows::Row& next,
                            const std::array<std::string, 4>& bids, const std::array<int, 4>& tricks);
 
+// Everything known of one finished deal, as read.
+struct DealReading {
+    TrickCards Cards;               // [trick][seat]
+    TrickMarks Marks{};             // 1 on the leader of each trick
+    std::array<std::string, 4> Bids;  // by seat; any "" = the bids were not all seen
+    ScoreRows::Row Previous{}, Next{};  // the score line before and after the deal
+    bool DoubleNilPassTable = false;
+};
+
+// Every rule the reading breaks, one text each (empty when all hold). Bids
+// and the score line are checked only when all four bids were seen, and the
+// score line only when the cards, counts and bids hold, since it follows
+// from them.
+std::vector<std::string> CheckDeal(const DealReading& deal);
+
 // What the rule gives: the line after the deal.
 ScoreRows::Row ExpectedScoreLine(const ScoreRows::Row& previous, const std::array<std::string, 4>& bids,
                                  const std::array<int, 4>& tricks);

@@ -180,9 +180,14 @@ platform::Image RenderTableWindow(const TableView& v, const reading::GlyphTable&
         img.FillRect(bl + 107, bt + 114, bl + 128, bt + 120, kInk);
     }
 
-    // Player list below the table, ID and rating columns.
+    // Player list below the table, ID and rating columns; the text area left of it.
+    const int ty = L::ListTop(v.Width, bb);
+    const std::size_t textLines = std::min(v.TextArea.size(), static_cast<std::size_t>(L::kTextAreaLines));
+    for (std::size_t i = 0; i < textLines; ++i)
+        DrawGlyphText(img, L::kTextAreaLeft, ty + 4 + static_cast<int>(i) * L::kListRowStep,
+                      v.TextArea[v.TextArea.size() - textLines + i], kInk, g);
     if (!v.Players.empty()) {
-        const int lx = bl + 175, rx = std::max(lx + 120, img.Width - 10), ty = bb + 23;
+        const int lx = bl + 175, rx = std::max(lx + 120, img.Width - 10);
         const int rows = static_cast<int>(v.Players.size());
         const int by = ty + rows * L::kListRowStep + 17;
         const int sep = lx + 105;

@@ -36,6 +36,8 @@ struct TableView {
     int TrickCards = 0;   // cards lying in the middle (0..4), decoration
 
     std::vector<TablePlayerRow> Players;
+    // The table's text area left of the player list, oldest line first.
+    std::vector<std::string> TextArea;
     int Highlight = -1;  // player row drawn as light text on a dark bar
 
     // Left column: stand up, last trick, last hand, score, options.
@@ -53,6 +55,13 @@ struct TableLayout {
     static constexpr int kPanelLeft = 104, kPanelTop = 412;
     static constexpr int kBidButtonWidth = 24, kBidButtonHeight = 21, kBidButtonStep = 28, kBidRowStep = 26;
     static constexpr int kListRowStep = 14;
+    // The player list and the text area begin 23 rows below the table area,
+    // except in a window narrowed to 624 pixels, where they begin at row 503.
+    static constexpr int kListGap = 23, kNarrowWidth = 624, kNarrowListTop = 503;
+    static constexpr int kTextAreaLeft = 56, kTextAreaLines = 4;
+    static int ListTop(int windowWidth, int boxBottom) {
+        return windowWidth == kNarrowWidth ? kNarrowListTop : boxBottom + kListGap;
+    }
     // Band top (row above the letters) and start column of a label, relative to the box.
     static constexpr std::array<std::array<int, 2>, 4> kBidLabel = {{{125, 86}, {8, 128}, {8, 6}, {150, 24}}};
     static constexpr std::array<std::array<int, 2>, 4> kTrickLabel = {{{8, 86}, {8, 24}, {150, 6}, {150, 128}}};

@@ -276,15 +276,18 @@ bool ScenarioFromJson(const core::Json& json, Scenario& out, std::string& error)
     Scenario sc;
     if (!json.IsObject()) return r.Fail("scenario", "must be a JSON object");
     if (!r.Keys(json, "", {"start", "language", "screen", "table", "settings", "alertFile", "players", "ratings",
-                           "watchers", "codepage", "deals", "seed"}))
+                           "watchers", "codepage", "deals", "seed", "games", "ratingsAfterGame", "actions"}))
         return false;
 
     std::string start;
     if (!r.Str(json.Get("start"), "start", start)) return false;
     if (!ParseStart(start, sc.start)) return r.Fail("start", "\"" + start + "\" is not a date and time like 2026-03-05T21:00:00");
 
-    if (!r.Int(json.Get("language"), "language", 1, 9, sc.language)) return false;
-    if (sc.language == 4) return r.Fail("language", "4 (France) has no game titles; use 1-3 or 5-9");
+    int row = 0;
+    if (!r.Int(json.Get("language"), "language", 1, 9, row)) return false;
+    sc.language = core::LanguageOfRow(row);
+    if (sc.language == core::GameLanguage::French)
+        return r.Fail("language", "4 (France) has no game titles; use 1-3 or 5-9");
 
     const core::Json* screen = json.Get("screen");
     if (!r.Array(screen, "screen", 2)) return false;
@@ -345,6 +348,38 @@ bool ScenarioFromJson(const core::Json& json, Scenario& out, std::string& error)
         g.seed = static_cast<std::uint32_t>(v);
     }
 
+    if (const core::Json* after = json.Get("ratingsAfterGame")) {
+        if (!r.Array(after, "ratingsAfterGame", 0, false)) return false;
+        if (after->Size() > kMaxDeals) return r.Fail("ratingsAfterGame", "more than " + std::to_string(kMaxDeals) + " games");
+        for (std::size_t i = 0; i < after->Size(); ++i) {
+            const std::string gp = "ratingsAfterGame[" + std::to_string(i) + "]";
+            if (!r.Array(&(*after)[i], gp, kSeats)) return false;
+            std::array<std::string, kSeats> texts;
+            for (int s = 0; s < kSeats; ++s)
+                if (!r.Text(&(*after)[i][static_cast<std::size_t>(s)], gp + "[" + std::to_string(s) + "]", texts[s]))
+                    return false;
+            g.ratingsAfterGame.push_back(texts);
+        }
+    }
+
+    if (const core::Json* actions = json.Get("actions")) {
+        if (!r.Array(actions, "actions", 0, false)) return false;
+        if (actions->Size() > kMaxLines) return r.Fail("actions", "more than " + std::to_string(kMaxLines) + " actions");
+        for (std::size_t i = 0; i < actions->Size(); ++i) {
+            ScenarioAction a;
+            a.path = "actions[" + std::to_string(i) + "]";
+            const core::Json& j = (*actions)[i];
+            if (!j.IsObject()) return r.Fail(a.path, "must be an object with at, do and arg");
+            if (!r.Keys(j, a.path, {"at", "do", "arg"})) return false;
+            std::string at;
+            if (!r.Str(j.Get("at"), a.path + ".at", at)) return false;
+            if (!ParseStart(at, a.at)) return r.Fail(a.path + ".at", "\"" + at + "\" is not a date and time like 2026-03-05T21:09:00");
+            if (!r.Str(j.Get("do"), a.path + ".do", a.command)) return false;
+            if (const core::Json* arg = j.Get("arg")) a.arg = *arg;
+            sc.actions.push_back(std::move(a));
+        }
+    }
+
     const core::Json* deals = json.Get("deals");
     if (!deals) return r.Fail("deals", "missing");
     if (deals->IsNumber()) {
@@ -359,6 +394,11 @@ bool ScenarioFromJson(const core::Json& json, Scenario& out, std::string& error)
         }
     } else {
         return r.Fail("deals", "must be a number of random deals or a list of deals");
+    }
+
+    if (const core::Json* games = json.Get("games")) {
+        if (!deals->IsNumber()) return r.Fail("games", "goes with a number of random deals");
+        if (!r.Int(games, "games", 1, 100, g.games)) return false;
     }
 
     g.userSeat = UserSeatFromSettings(sc.settings, g.players);

@@ -105,7 +105,7 @@ void PlainTablePicture(const TableState& state, const TableContext& ctx, TablePi
 
 SimGameDesktop::SimGameDesktop(platform::SimDesktop& desktop, platform::VirtualClock& clock, const Scenario& scenario,
                                TableRenderer table)
-    : desktop_(desktop), clock_(clock), language_(scenario.language), renderer_(std::move(table)) {
+    : desktop_(desktop), clock_(clock), language_(core::LanguageRow(scenario.language)), renderer_(std::move(table)) {
     if (!renderer_) renderer_ = PlainTablePicture;
     const auto& row = titles_.Row(language_);
     glyphs_.SelectFont(1, language_, row.bidLabel, row.trickLabel);

@@ -1,6 +1,9 @@
 #include "sim/spades_game.h"
 
 #include <algorithm>
+#include <utility>
+
+#include "core/text.h"
 
 #include "sim/computer_player.h"
 
@@ -49,7 +52,10 @@ void SpadesGame::Changed() {
 }
 
 void SpadesGame::Log(EventKind k, int seat, std::string text) {
-    events_.push_back({clock_.TickCount(), k, seat, std::move(text)});
+    ++eventCount_;
+    ++kindCount_[static_cast<std::size_t>(k)];
+    GameEvent e{clock_.TickCount(), k, seat, std::move(text)};
+    if (!keep_ || keep_(e)) events_.push_back(std::move(e));
 }
 
 void SpadesGame::After(std::uint32_t ms, void (SpadesGame::*step)()) {
@@ -93,6 +99,7 @@ void SpadesGame::RefreshHands() {
 
 bool SpadesGame::DealsLeft() const {
     if (!setup_.scripted.empty()) return dealsDone_ < static_cast<int>(setup_.scripted.size());
+    if (setup_.games > 0 && gamesDone_ >= setup_.games) return false;
     return setup_.randomDeals == 0 || dealsDone_ < setup_.randomDeals;
 }
 
@@ -348,6 +355,7 @@ void SpadesGame::FinishDeal() {
     if (IsGameOver(line, setup_.gamePoint)) {
         state_.gameOver = true;
         state_.phase = Phase::GameOver;
+        RenewRatings(line);
         Log(EventKind::GameOver, line[0] > line[2] ? 0 : 1, "");
         Changed();
         After(setup_.timing.gameOverMs, &SpadesGame::NewGame);
@@ -364,10 +372,48 @@ void SpadesGame::NewGame() {
         state_.gameOver = false;
         ++state_.gameNumber;
         state_.dealInGame = 0;
+        for (int s = 0; s < kSeats; ++s)
+            if (!laterRatings_[s].empty()) state_.players[s].rating = std::exchange(laterRatings_[s], std::string());
         Log(EventKind::NewGame, -1, std::to_string(state_.gameNumber));
         Changed();
     }
     BeginDeal();
+}
+
+namespace {
+
+bool Provisional(const std::string& rating) {
+    return core::StartsWith(rating, "pr") || core::StartsWith(rating, "\xE4\xBB\xAE\xE3\x83\xAC");  // "仮レ"
+}
+
+}  // namespace
+
+void SpadesGame::RenewRatings(const ScoreLine& final) {
+    const std::size_t game = static_cast<std::size_t>(gamesDone_++);
+    std::array<std::string, kSeats> next;
+    for (int s = 0; s < kSeats; ++s) next[s] = state_.players[s].rating;
+    if (game < setup_.ratingsAfterGame.size()) {
+        next = setup_.ratingsAfterGame[game];
+    } else {
+        // A few points up for a win, down for a loss, different each game.
+        const int u = state_.userSeat;
+        const bool won = (final[0] > final[2]) == (u % 2 == 0);
+        const int step = 3 + static_cast<int>((game * 5) % 9);
+        const int now = Provisional(next[u]) ? 1500 : core::ValInt(next[u]);
+        if (now > 0) next[u] = std::to_string(now + (won ? step : -step));
+    }
+    constexpr std::size_t kTextLines = 4;
+    for (int s = 0; s < kSeats; ++s) {
+        if (next[s] == state_.players[s].rating) continue;
+        if (Provisional(state_.players[s].rating) && core::ValInt(next[s]) > 0) {
+            // The list shows the new rating from the next game on.
+            state_.textArea.push_back(state_.players[s].name + " newrating: " + next[s]);
+            if (state_.textArea.size() > kTextLines) state_.textArea.erase(state_.textArea.begin());
+            laterRatings_[s] = next[s];
+        } else {
+            state_.players[s].rating = next[s];
+        }
+    }
 }
 
 }  // namespace sim

@@ -61,6 +61,12 @@ struct GameSetup {
     // are dealt from the seed (0 = no end).
     std::vector<ScriptedDeal> scripted;
     int randomDeals = 0;
+    // Random deals: the table closes after this many finished games (0 = by
+    // randomDeals alone).
+    int games = 0;
+    // The ratings the player list shows after each finished game, by seat;
+    // a game without an entry moves the user's rating by a few points.
+    std::vector<std::array<std::string, kSeats>> ratingsAfterGame;
     int firstDealer = -1;  // random deals: -1 = from the seed
     int gamePoint = 500;
     // Double Nil is open to a side trailing by at least this much.
@@ -118,6 +124,9 @@ struct TableState {
     TrickView lastTrick;
     FinishedDeal lastHand;
     std::vector<ScoreLine> scoreLines;     // this game's lines, oldest first
+    // The table's text area below the table, oldest line first (the game
+    // announces a provisional player's first rating there).
+    std::vector<std::string> textArea;
     bool gameOver = false;                 // the final line of a game is shown
     bool finished = false;                 // no more deals
 };
@@ -150,6 +159,12 @@ public:
     std::uint64_t Version() const { return version_; }
     void OnChange(std::function<void()> fn) { onChange_ = std::move(fn); }
     const std::vector<GameEvent>& Events() const { return events_; }
+    // Events of every kind so far, also those not kept, and of one kind.
+    std::size_t EventCount() const { return eventCount_; }
+    int EventCount(EventKind k) const { return kindCount_[static_cast<std::size_t>(k)]; }
+    // Long runs keep only the events `keep` accepts (all by default), so the
+    // log does not grow with every card; the others are only counted.
+    void KeepEvents(std::function<bool(const GameEvent&)> keep) { keep_ = std::move(keep); }
 
     // A click on the bid panel: "1" .. "13" or "N" on the ordinary panel,
     // "D" on the Double Nil panel. False (and nothing happens) when the
@@ -183,6 +198,7 @@ private:
     void CollectTrick();
     void FinishDeal();
     void NewGame();
+    void RenewRatings(const ScoreLine& final);
 
     platform::VirtualClock& clock_;
     GameSetup setup_;
@@ -191,9 +207,15 @@ private:
     std::uint64_t version_ = 0;
     std::function<void()> onChange_;
     std::vector<GameEvent> events_;
+    std::size_t eventCount_ = 0;
+    std::array<int, static_cast<std::size_t>(EventKind::Finished) + 1> kindCount_{};
+    std::function<bool(const GameEvent&)> keep_;
     int pending_ = 0;  // id of the scheduled next step
 
     int dealsDone_ = 0;  // deals begun
+    int gamesDone_ = 0;  // games finished
+    // Ratings a provisional player gets in the list when the next game begins.
+    std::array<std::string, kSeats> laterRatings_;
     const ScriptedDeal* script_ = nullptr;
     Hands dealt_;
     Hands held_;

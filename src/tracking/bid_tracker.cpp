@@ -142,10 +142,13 @@ void BidTracker::Dispatch(BidResult r, bool automatic) {
             if (e_.TickCount > 10) w_.NotExistProcess(JobIndex(Job::ScoreWindow), Code(r));
             break;
         case BidResult::ScoreReadFailed:
-            e_.ShowError("Error occurred in reading score.");
+            if (e_.Settings.JPN)
+                e_.ShowError(e_.Titles.Title(e_.LanguageRow(), JobIndex(Job::ScoreWindow)) + " 読み取りのエラー.");
+            else
+                e_.ShowError("Error occurred in reading score.");
             break;
         case BidResult::NamesReadFailed:
-            e_.ShowError("Error occurred in reading player names.");
+            e_.ShowError(e_.Settings.JPN ? "競技者名読み取りのエラー." : "Error occurred in reading player names.");
             break;
         case BidResult::GameNotStarted:
         case BidResult::BiddingNotStarted:

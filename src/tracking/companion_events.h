@@ -26,6 +26,14 @@ struct FiledDeal {
     // Every player file this deal wrote or failed to write (record, Nil
     // history), in the order written.
     std::vector<core::SaveResult> Saves;
+    // Files of earlier deals, kept in memory after their save failed, that
+    // were written (or failed again) before this deal's own.
+    std::vector<core::SaveResult> Retried;
+    // Deals still kept in memory for want of a save after this one.
+    int Kept = 0;
+    // Deals the game ended before this one that were never read (its score
+    // window shows their lines), so never filed.
+    int Missed = 0;
     // Rules of the game the readings broke (empty when they held); the deal
     // is filed all the same, with these shown as a warning.
     std::vector<std::string> Warnings;
@@ -36,6 +44,7 @@ struct GameOver {
     scoring::ScoreRows::Row Score{};
     std::string Rating;           // the rating read after the game ("" = none read)
     bool RatingRecorded = false;  // a history line was written
+    std::string RatingNote;       // why it was or was not written ("recorded", "unchanged since ...")
     std::vector<core::SaveResult> Saves;
 };
 
@@ -66,9 +75,13 @@ public:
     std::function<void(const std::string&)> OnError;
     std::function<void(const std::string&)> OnTrace;
     std::function<void()> OnModelsChanged;
+    std::function<void(CompanionWindow)> OnRaiseWindow;
 
     void ModelsChanged() override {
         if (OnModelsChanged) OnModelsChanged();
+    }
+    void RaiseWindow(CompanionWindow w) override {
+        if (OnRaiseWindow) OnRaiseWindow(w);
     }
     void DealFiled(const FiledDeal& d) override {
         if (OnDealFiled) OnDealFiled(d);

@@ -1,12 +1,66 @@
 #include "tracking/deal_filer.h"
 
+#include <iterator>
+
 #include "core/text.h"
-#include "scoring/nil_history.h"
 #include "tracking/deal_views.h"
 
 namespace tracking {
 
-void DealFiler::File(const reading::HandRead& hand, int p) {
+core::SaveResult DealFiler::WriteRecord(const display::DealRecord& rec, std::string& name) {
+    name.clear();
+    core::SaveResult r = e_.Records->WriteRecordFile(rec, e_.Models.filBox.Entries, name);
+    if (!name.empty()) e_.Models.filBox.InsertTop(name);
+    return r;
+}
+
+core::SaveResult DealFiler::WriteNil(const scoring::NilDeal& deal, const std::array<int, 2>& teamScore,
+                                     const scoring::NilHistoryContext& ctx) {
+    core::SaveResult save;
+    const auto nil = scoring::WriteNilHistory(deal, teamScore, ctx, e_.Clock, &save);
+    if (nil == scoring::NilHistoryResult::Error && save.Path.empty())
+        return core::SaveResult::Failed(core::JoinPath(ctx.Folder, scoring::NilReportName(ctx.Japanese)),
+                                        "the Nil history could not be updated");
+    // Nothing to write (no Nil bid, or none counted) is no failure.
+    if (save.Path.empty()) save.Saved = true;
+    return save;
+}
+
+std::vector<core::SaveResult> DealFiler::WriteKept() {
+    std::vector<core::SaveResult> out;
+    for (auto it = kept_.begin(); it != kept_.end();) {
+        if (it->Record) {
+            std::string name;
+            out.push_back(WriteRecord(*it->Record, name));
+            if (out.back().Saved) it->Record.reset();
+        }
+        if (it->Nil) {
+            const core::SaveResult nil = WriteNil(*it->Nil, it->TeamScore, it->NilContext);
+            if (!nil.Path.empty()) out.push_back(nil);
+            if (nil.Saved) it->Nil.reset();
+        }
+        it = it->Record || it->Nil ? std::next(it) : kept_.erase(it);
+    }
+    for (const auto& s : out)
+        if (s.Saved) e_.Log("DealFiler: " + s.Path + " written now for a deal kept since its save failed");
+    return out;
+}
+
+void DealFiler::ReportFailedSaves(const std::vector<core::SaveResult>& saves) {
+    std::string failed;
+    for (const auto& s : saves) {
+        if (s.Saved) continue;
+        e_.Log("DealFiler: " + s.Path + " was not saved: " + s.Reason);
+        failed += (failed.empty() ? "" : "; ") + s.Path + " (" + s.Reason + ")";
+    }
+    if (failed.empty()) return;
+    e_.ShowError("Not saved: " + failed + ". " +
+                 (kept_.empty() ? std::string("")
+                                : std::to_string(kept_.size()) + (kept_.size() == 1 ? " deal is" : " deals are") +
+                                      " kept and saved again after the next deal."));
+}
+
+void DealFiler::File(const reading::HandRead& hand, int p, const std::vector<std::string>& warnings, int missed) {
     prevHands_ = hand.Cards;
     DealState& d = e_.Deal;
     std::array<std::string, 4> bidsBySeat;
@@ -30,9 +84,25 @@ void DealFiler::File(const reading::HandRead& hand, int p) {
     }
 
     FiledDeal out;
+    out.Warnings = warnings;
+    out.Missed = missed;
+    if (missed > 0) {
+        const std::string text = std::to_string(missed) + (missed == 1 ? " deal" : " deals") +
+                                 " ended while the game's windows could not be read; not filed.";
+        e_.Log("DealFiler: " + text);
+        e_.ShowError(text);
+    }
+    out.Retried = WriteKept();
+    KeptDeal keep;
     std::string name;
-    out.Saves.push_back(e_.Records->WriteRecordFile(rec, e_.Models.filBox.Entries, name));
-    if (!name.empty()) e_.Models.filBox.InsertTop(name);
+    out.Saves.push_back(WriteRecord(rec, name));
+    if (!out.Saves.back().Saved) keep.Record = rec;
+    if (!warnings.empty()) {
+        std::string rules;
+        for (const auto& w : warnings) rules += (rules.empty() ? "" : "; ") + w;
+        e_.ShowError((name.empty() ? std::string("This deal was") : "Deal " + name) +
+                     " filed from a reading that breaks a rule of the game: " + rules + ".");
+    }
 
     if (e_.Alerts) e_.Alerts->CheckSeatPlayers(rec.Names);
     int firstSeat = 0;
@@ -85,15 +155,32 @@ void DealFiler::File(const reading::HandRead& hand, int p) {
         ctx.AlertFailNil = e_.Settings.AlertFailNil;
         if (!e_.Settings.log.empty()) ctx.LogPath = e_.Folders.EnterProgramFolder(e_.Settings.log);
         ctx.FailNilAlert = [this] { e_.AlertBeep(1); };
-        core::SaveResult save;
-        const auto nil =
-            scoring::WriteNilHistory(nd, {e_.Scores.TeamScore[0], e_.Scores.TeamScore[1]}, ctx, e_.Clock, &save);
+        keep.TeamScore = {e_.Scores.TeamScore[0], e_.Scores.TeamScore[1]};
+        const core::SaveResult save = WriteNil(nd, keep.TeamScore, ctx);
         if (!save.Path.empty()) out.Saves.push_back(save);
-        else if (nil == scoring::NilHistoryResult::Error)
-            out.Saves.push_back(core::SaveResult::Failed(
-                core::JoinPath(e_.Folders.WorkFolder(), scoring::NilReportName(e_.Settings.JPN)),
-                "the Nil history could not be updated"));
+        if (!save.Saved) {
+            keep.Nil = nd;
+            keep.NilContext = ctx;
+            keep.NilContext.AlertFailNil = false;  // the alert was given when the deal ended
+            keep.NilContext.FailNilAlert = nullptr;
+        }
     }
+    if (keep.Record || keep.Nil) {
+        kept_.push_back(std::move(keep));
+        if (kept_.size() > kMaxKept) {
+            const KeptDeal& gone = kept_.front();
+            const std::string what = gone.Record ? "a deal's record" : "a deal's Nil count";
+            e_.Log("DealFiler: " + what + " kept since it could not be saved is given up (" +
+                   std::to_string(kMaxKept) + " deals wait already)");
+            out.Saves.push_back(core::SaveResult::Failed(
+                e_.Folders.WorkFolder(),
+                what + " given up after " + std::to_string(kMaxKept) + " later deals could not be saved either"));
+            kept_.pop_front();
+        }
+    }
+    std::vector<core::SaveResult> all = out.Retried;
+    all.insert(all.end(), out.Saves.begin(), out.Saves.end());
+    ReportFailedSaves(all);
     if (e_.Settings.MinimizeLastHand && w_.Sub(JobIndex(Job::LastHand)))
         e_.Desktop.windows.Minimize(w_.Sub(JobIndex(Job::LastHand)));
 
@@ -111,6 +198,7 @@ void DealFiler::File(const reading::HandRead& hand, int p) {
     out.Names = rec.Names;
     for (int s = 0; s < 4; ++s) out.Tricks[s] = tc.Tricks[s];
     out.UserSeat = e_.UserSeat();
+    out.Kept = static_cast<int>(kept_.size());
     ShowFiledDeal(e_);
     e_.Changed();
     e_.Events.DealFiled(out);
@@ -132,8 +220,12 @@ void DealFiler::GameEnd(const reading::HandRead& hand) {
     if (e_.Rating) {
         g.Rating = e_.Rating->MyRating.Caption;
         g.RatingRecorded = e_.Rating->LastHistory == players::HistoryResult::Written && e_.Rating->LastSave.Saved;
+        g.RatingNote = g.RatingRecorded || e_.Rating->LastSave.Reason.empty()
+                           ? players::HistoryResultText(e_.Rating->LastHistory)
+                           : e_.Rating->LastSave.Reason;
         if (!e_.Rating->LastSave.Path.empty()) g.Saves.push_back(e_.Rating->LastSave);
     }
+    ReportFailedSaves(g.Saves);
     e_.PlayAlertSound(we > they ? e_.Settings.AlertWinning : e_.Settings.AlertLosing);
     g.Score = e_.Scores.At(e_.Scores.ScoreRowCount);
     ++gamesOver_;

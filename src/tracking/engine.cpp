@@ -48,6 +48,47 @@ void Engine::AlertBeep(int n) {
     }
 }
 
+void Engine::SignalTableFlags(bool dnilPassBefore, bool suicideBefore) {
+    static constexpr const char* kDNilPass = "DNil Pass Table ! ";
+    static constexpr const char* kSuicide = "Suicide Table ! ";
+    auto& label = Models.frmZ.lblMsg;
+    auto signal = [&](bool wanted, int alarms, const char* text) {
+        Log(text);
+        if (!wanted) return;
+        for (int i = 0; i < alarms; ++i) VisualAlarm();
+        PlayAlertSound(Settings.AlertSound);
+        label.Caption = text;
+        label.ForeColor = core::Red;
+        label.TextFont = core::Font{"Arial", 14, false};
+        label.Visible = true;
+        Changed();
+    };
+    if (Table.DNilPassTable && !dnilPassBefore) signal(Settings.AlertDnilPassTable, 1, kDNilPass);
+    if (Table.SuicideTable && !suicideBefore) signal(Settings.AlertSuicideTable, 3, kSuicide);
+    // Another table: the last one's flag is no longer true.
+    const bool named = label.Caption == kDNilPass || label.Caption == kSuicide;
+    if (named && !Table.DNilPassTable && !Table.SuicideTable) {
+        label.Caption.clear();
+        label.Visible = false;
+        Changed();
+    }
+}
+
+void Engine::RefreshBoxState() {
+    BoxStatus b = Readers.LastBoxStatus();
+    if (b.Text.empty()) {
+        // A known layout is taken without a search, which says nothing.
+        if (!Table.BoxFound) return;
+        b = {"Box OK", true};
+    }
+    auto& label = Models.frmZ.lblBoxState;
+    const core::Color colour = b.Found ? core::Blue : core::Red;
+    if (label.Caption == b.Text && label.ForeColor == colour) return;
+    label.Caption = b.Text;
+    label.ForeColor = colour;
+    Changed();
+}
+
 players::TableAccess Engine::TableAccessNow(platform::WindowHandle game) {
     players::TableAccess t;
     t.GameWindow = game;

@@ -111,6 +111,12 @@ public:
     // n exclamations, each followed by a wait.
     void AlertBeep(int n);
     void Changed() { Events.ModelsChanged(); }
+    // After a table reading: a Double Nil pass or suicide table seen for the
+    // first time is signalled (when the player asked for it) and named on
+    // the main window in red.
+    void SignalTableFlags(bool dnilPassBefore, bool suicideBefore);
+    // The main window's BOX status label from what the box locator said last.
+    void RefreshBoxState();
 
     // How the alert checks and the ratings reach the table's player list.
     players::TableAccess TableAccessNow(platform::WindowHandle game);

@@ -17,7 +17,45 @@ constexpr int kTrick = JobIndex(Job::LastTrick);
 
 platform::WindowHandle GameWindows::Sub(int slot) const {
     if (slot < 0 || slot >= reading::kSubWindowCount) return 0;
-    return e_.Cap.SubWindow[static_cast<std::size_t>(slot)].Handle;
+    return subs_[static_cast<std::size_t>(slot)].Handle;
+}
+
+void GameWindows::PlaceForCapture(int k) {
+    if (k < 0 || k >= reading::kSubWindowCount) return;
+    SubWindowSlot& s = subs_[static_cast<std::size_t>(k)];
+    auto& windows = e_.Desktop.windows;
+    const std::optional<platform::Rect> outer = windows.WindowRect(s.Handle);
+    if (!outer) return;
+    s.Rect = *outer;
+    platform::Rect r = s.Rect;
+    // A window the game put at the corner goes where the player keeps it.
+    if (!s.Placed && std::abs(r.Left) + std::abs(r.Top) < 11 && !(s.Home.X == 0 && s.Home.Y == 0)) {
+        r = {s.Home.X, s.Home.Y, s.Home.X + r.Width(), s.Home.Y + r.Height()};
+        s.Placed = true;
+    }
+    // Only what is on the screen can be copied.
+    const platform::Point screen = windows.ScreenSize();
+    if (r.Left < 0) r = {0, r.Top, r.Width(), r.Bottom};
+    if (r.Top < 0) r = {r.Left, 0, r.Right, r.Height()};
+    if (r.Right > screen.X + 5) {
+        const std::int32_t dx = r.Right - (screen.X + 5);
+        r = {r.Left - dx, r.Top, r.Right - dx, r.Bottom};
+    }
+    if (r.Bottom > screen.Y) {
+        const std::int32_t dy = r.Bottom - screen.Y;
+        r = {r.Left, r.Top - dy, r.Right, r.Bottom - dy};
+    }
+    if (!(r == s.Rect)) {
+        windows.Move(s.Handle, r);
+        s.Rect = r;
+    }
+}
+
+void GameWindows::ReopenSubWindow(int k) {
+    OpenSubWindows(k);
+    e_.Clock.Wait(800);
+    FindGameWindows();
+    FindSubWindow(k);
 }
 
 bool GameWindows::SubWindowAlive(int slot) const {
@@ -33,9 +71,9 @@ void GameWindows::LoadPositions() {
     e_.Models.frmZ.Rect = lp.Main;
     gameHome_ = lp.Pos[display::PosSpadesWindow];
     e_.StoredCardPlayPos = lp.Pos[display::PosCardPlayWindow];
-    e_.Cap.SubWindow[kScore].Home = lp.Pos[display::PosScoreWindow];
-    e_.Cap.SubWindow[kHand].Home = lp.Pos[display::PosLastHandWindow];
-    e_.Cap.SubWindow[kTrick].Home = lp.Pos[display::PosLastTrickWindow];
+    subs_[kScore].Home = lp.Pos[display::PosScoreWindow];
+    subs_[kHand].Home = lp.Pos[display::PosLastHandWindow];
+    subs_[kTrick].Home = lp.Pos[display::PosLastTrickWindow];
     auto& c = e_.Models.Counters;
     const platform::Point l = lp.Pos[display::PosLeftCounter], r = lp.Pos[display::PosRightCounter];
     if (l.X + l.Y != 0) {
@@ -133,15 +171,15 @@ void GameWindows::FindSubWindow(int slot) {
         const auto found = e_.Titles.FindSubWindows(titles, lang);
         e_.Language = LanguageOfRow(lang);
         for (int k = 1; k <= 3; ++k)
-            e_.Cap.SubWindow[k].Handle = found[k] >= 0 ? list_[static_cast<std::size_t>(found[k])].Handle : 0;
+            subs_[k].Handle = found[k] >= 0 ? list_[static_cast<std::size_t>(found[k])].Handle : 0;
         return;
     }
     if (slot < 0 || slot >= reading::kSubWindowCount) return;
-    e_.Cap.SubWindow[slot].Handle = 0;
+    subs_[static_cast<std::size_t>(slot)].Handle = 0;
     int lang = e_.LanguageRow();
     const int i = e_.Titles.FindSubWindow(titles, slot, lang);
     e_.Language = LanguageOfRow(lang);
-    if (i >= 0) e_.Cap.SubWindow[slot].Handle = list_[static_cast<std::size_t>(i)].Handle;
+    if (i >= 0) subs_[static_cast<std::size_t>(slot)].Handle = list_[static_cast<std::size_t>(i)].Handle;
 }
 
 void GameWindows::OpenSubWindows(int slot) {
@@ -183,7 +221,7 @@ void GameWindows::PlaceSubWindow(int slot) {
     e_.Desktop.windows.SetTopmost(h, true);
     e_.Desktop.windows.Restore(h);
     const platform::Rect r = e_.Desktop.windows.WindowRect(h).value_or(platform::Rect{});
-    reading::SubWindowSlot& s = e_.Cap.SubWindow[static_cast<std::size_t>(slot)];
+    SubWindowSlot& s = subs_[static_cast<std::size_t>(slot)];
     s.Rect = r;
     if (!s.Placed && r.Left + r.Top < 1) {
         if (!(s.Home.X == 0 && s.Home.Y == 0))
@@ -197,7 +235,9 @@ void GameWindows::PlaceSubWindow(int slot) {
 
 void GameWindows::GetSubWindows() {
     e_.Readers.SetGameWindow(game_, e_.LanguageRow());
+    const bool dnilPassBefore = e_.Table.DNilPassTable, suicideBefore = e_.Table.SuicideTable;
     e_.Readers.ReadTableInfo(e_.Table);
+    e_.SignalTableFlags(dnilPassBefore, suicideBefore);
     if (e_.Table.GameLanguage != 0) e_.Language = LanguageOfRow(e_.Table.GameLanguage);
     const bool newTable = e_.Table.BoxFound && (game_ != lastTableWindow_ || !newTableSeen_);
     if (newTable) {
@@ -206,8 +246,7 @@ void GameWindows::GetSubWindows() {
         newTableSeen_ = true;
         lastTableWindow_ = game_;
         e_.Models.frmZ.Caption = reading::TableCaption(kProgramCaption, tableTitle_);
-        if (e_.Rating) e_.Rating->MyRating.Caption.clear();
-        e_.ReadShowRating(0, game_);
+        SearchRating();
         OpenSubWindows(254);
         e_.Clock.Wait(800);
         FindGameWindows();
@@ -225,7 +264,7 @@ void GameWindows::GetSubWindows() {
     }
     if (e_.Settings.MinimizeLastHand && Sub(kHand))
         e_.Desktop.windows.Minimize(Sub(kHand));
-    reading::SubWindowSlot& lt = e_.Cap.SubWindow[kTrick];
+    SubWindowSlot& lt = subs_[kTrick];
     if (lt.Handle && std::abs(lt.Rect.Left) + std::abs(lt.Rect.Top) < 10) {
         if (const auto now = e_.Desktop.windows.WindowRect(lt.Handle)) {
             lt.Rect = *now;
@@ -235,6 +274,20 @@ void GameWindows::GetSubWindows() {
                 lt.Rect = e_.Desktop.windows.WindowRect(lt.Handle).value_or(lt.Rect);
             }
         }
+    }
+}
+
+void GameWindows::SearchRating() {
+    if (!e_.Rating) return;
+    e_.Rating->MyRating.Caption.clear();
+    for (int i = 1; i <= kRatingSearchTries; ++i) {
+        if (i > 1) {
+            // The game may still be filling its player list.
+            e_.Readers.ReadPlayerList(e_.Table);
+            e_.UpdateTableNames();
+        }
+        e_.ReadShowRating(0, game_);
+        if (!core::Trim(e_.Rating->MyRating.Caption).empty()) return;
     }
 }
 
@@ -265,7 +318,7 @@ void GameWindows::MoveWinGame() {
         if (const auto client = e_.Desktop.windows.ClientRect(game_))
             frameExtra_ = std::max(0, gameRect_.Height() - client->Height() - 35);
         gamePlaced_ = true;
-        e_.Cap.SubWindow[0].Placed = true;
+        subs_[0].Placed = true;
     }
     if (e_.Models.frmBoard.BoardMode & 1) {
         const platform::Point at = sh > 600 ? platform::Point{0, 0} : platform::Point{-5, -12};
@@ -310,7 +363,7 @@ void GameWindows::Recheck() {
 void GameWindows::Forget() {
     newTableSeen_ = false;
     lastTableWindow_ = 0;
-    for (auto& s : e_.Cap.SubWindow) s.Handle = 0;
+    for (auto& s : subs_) s.Handle = 0;
 }
 
 void GameWindows::PressScoreButton() {

@@ -8,19 +8,34 @@
 #include <vector>
 
 #include "platform/desktop.h"
+#include "reading/pixels.h"
 #include "tracking/engine.h"
 
 namespace tracking {
 
 constexpr int kMaxListedWindows = 1000;
 constexpr int kMaxPopups = 100;
+// Readings of the user's rating when a new table opens (the game may still
+// be filling its player list).
+constexpr int kRatingSearchTries = 30;
+
+// One of the game's windows as the finder keeps it: 0 the table, 1 "Last
+// Trick", 2 "Last Hand", 3 the score window.
+struct SubWindowSlot {
+    platform::WindowHandle Handle = 0;
+    platform::Rect Rect;
+    bool Placed = false;  // moved to its remembered place once
+    platform::Point Home;  // where the position file says it stood
+};
 
 struct ListedWindow {
     platform::WindowHandle Handle = 0;
     std::string Title;
 };
 
-class GameWindows {
+// It owns the game's window handles, and tells the capture where the
+// sub-windows are.
+class GameWindows final : public reading::SubWindowSource {
 public:
     explicit GameWindows(Engine& e) : e_(e) {}
 
@@ -61,16 +76,23 @@ public:
 
     [[nodiscard]] platform::WindowHandle Game() const { return game_; }
     [[nodiscard]] platform::WindowHandle Sub(int slot) const;
+    // The capture's questions about the sub-windows.
+    [[nodiscard]] platform::WindowHandle SubWindowHandle(int k) const override { return Sub(k); }
+    void PlaceForCapture(int k) override;
+    void ReopenSubWindow(int k) override;
     [[nodiscard]] const platform::Rect& GameRect() const { return gameRect_; }
     [[nodiscard]] platform::Point ScreenSize() const { return screen_; }
     [[nodiscard]] bool SubWindowAlive(int slot) const;
     void SetScreenSize(platform::Point p) { screen_ = p; }
 
 private:
+    // Reads the user's rating at a new table until the label shows one.
+    void SearchRating();
     void MoveGame(const platform::Rect& r);
     void ShowTop(int mode, platform::WindowHandle h);
 
     Engine& e_;
+    std::array<SubWindowSlot, reading::kSubWindowCount> subs_{};
     std::vector<ListedWindow> list_;
     platform::WindowHandle game_ = 0;
     std::array<int, 3> siteIndex_{-1, -1, -1};

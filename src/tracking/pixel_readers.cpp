@@ -5,13 +5,26 @@
 namespace tracking {
 
 PixelReaders::PixelReaders(reading::Capture& cap, const reading::WinTitles& titles, platform::Sound& sound)
-    : cap_(cap), titles_(titles), table_(std::make_unique<reading::TableReader>(cap, glyphs_, titles)), cards_(cap, glyphs_, sound), score_(cap, glyphs_) {}
+    : cap_(cap), titles_(titles), cards_(cap, glyphs_, sound), score_(cap, glyphs_) {
+    NewTableReader(reading::LangUSA);
+}
+
+void PixelReaders::NewTableReader(int gameLanguage) {
+    table_ = std::make_unique<reading::TableReader>(cap_, glyphs_, titles_);
+    table_->GameLanguage = gameLanguage;
+    table_->ReduceWidth = reduceWidth_;
+    table_->BoxStatus = [this](const std::string& text, bool found) { boxStatus_ = {text, found}; };
+}
+
+void PixelReaders::SetReduceWidth(int width) {
+    reduceWidth_ = width;
+    table_->ReduceWidth = width;
+}
 
 void PixelReaders::SetGameWindow(platform::WindowHandle h, int gameLanguage) {
     if (h != window_) {
         // Another table window: its box, buttons and labels are found afresh.
-        table_ = std::make_unique<reading::TableReader>(cap_, glyphs_, titles_);
-        table_->GameLanguage = gameLanguage;
+        NewTableReader(gameLanguage);
         window_ = h;
         language_ = 0;
         lastCounts_ = {};
@@ -26,6 +39,7 @@ void PixelReaders::SetGameWindow(platform::WindowHandle h, int gameLanguage) {
 }
 
 void PixelReaders::ReadTableInfo(TableInfo& info) {
+    Reading("the table");
     table_->LocateBox();
     info.BoxFound = table_->BoxLeft != 0 || table_->BoxTop != 0;
     info.Box = {table_->BoxLeft, table_->BoxTop, table_->BoxRight, table_->BoxBottom};
@@ -53,6 +67,7 @@ void PixelReaders::ReadTableInfo(TableInfo& info) {
 }
 
 void PixelReaders::ReadPlayerList(TableInfo& info) {
+    Reading("the player list");
     table_->MakePlayerList();
     info.PlayerList = table_->TableNames;
     if (static_cast<int>(info.PlayerList.size()) > table_->TableNamesRead && table_->TableNamesRead >= 0)
@@ -60,6 +75,7 @@ void PixelReaders::ReadPlayerList(TableInfo& info) {
 }
 
 int PixelReaders::CaptureBid(Bids4& bids, int& bidCount, int& bidLocCount) {
+    Reading("the bids");
     int status = 0;
     table_->CaptureBid(bids, status);
     bidCount = table_->BidCount;
@@ -68,6 +84,7 @@ int PixelReaders::CaptureBid(Bids4& bids, int& bidCount, int& bidLocCount) {
 }
 
 int PixelReaders::CaptureTricks(TrickReading& out) {
+    Reading("the tricks");
     std::array<int, 4> byQ{};
     const int found = table_->CaptureTricks(byQ);
     if (found < 0) {
@@ -91,6 +108,7 @@ int PixelReaders::CaptureTricks(TrickReading& out) {
 }
 
 bool PixelReaders::ReadLastTrick(std::array<std::string, 4>& cards, int& cardsSeen) {
+    Reading("\"Last Trick\"");
     reading::TrickRead t;
     if (!cards_.ReadLastTrick(t, 2)) return false;
     bool any = false;
@@ -104,6 +122,7 @@ bool PixelReaders::ReadLastTrick(std::array<std::string, 4>& cards, int& cardsSe
 }
 
 int PixelReaders::CaptScore(std::vector<ScoreLine>& lines) {
+    Reading("the score window");
     reading::ScoreLines sl;
     int code = score_.CaptScore(sl);
     // A capture that delivered nothing is not an empty score list (which
@@ -114,9 +133,13 @@ int PixelReaders::CaptScore(std::vector<ScoreLine>& lines) {
     return code;
 }
 
-int PixelReaders::CaptHand(reading::HandRead& out) { return cards_.CaptHand(out); }
+int PixelReaders::CaptHand(reading::HandRead& out) {
+    Reading("\"Last Hand\"");
+    return cards_.CaptHand(out);
+}
 
 int PixelReaders::GetBoardStat(ButtonTable& xy) {
+    Reading("the bid panel");
     const int s = table_->GetBoardStat(0);
     xy = table_->BtnXY;
     return s;
@@ -124,7 +147,16 @@ int PixelReaders::GetBoardStat(ButtonTable& xy) {
 
 bool PixelReaders::TestMyTurn() { return table_->TestMyTurn(); }
 
-std::vector<std::string> PixelReaders::RatingLines() { return {}; }
+std::vector<std::string> PixelReaders::RatingLines() { return table_->ReadTextArea(); }
+
+void PixelReaders::HarvestUnknownGlyphs(const std::string& logPath, int codePage) {
+    harvest_ = logPath.empty() ? nullptr : std::make_unique<reading::GlyphHarvest>(logPath, codePage);
+    glyphs_.Harvest = harvest_.get();
+}
+
+void PixelReaders::Reading(const char* where) {
+    if (harvest_) harvest_->Where = where;
+}
 
 void PixelReaders::NewDeal() {
     cards_.CardsSeen = 0;

@@ -6,6 +6,7 @@
 
 #include "platform/desktop.h"
 #include "reading/cards.h"
+#include "reading/glyph_harvest.h"
 #include "reading/glyphs.h"
 #include "reading/pixels.h"
 #include "reading/score_reader.h"
@@ -31,14 +32,23 @@ public:
     bool TestMyTurn() override;
     std::vector<std::string> RatingLines() override;
     void NewDeal() override;
+    void SetReduceWidth(int width) override;
+    [[nodiscard]] BoxStatus LastBoxStatus() const override { return boxStatus_; }
+    void HarvestUnknownGlyphs(const std::string& logPath, int codePage) override;
 
     reading::TableReader& Table() { return *table_; }
     reading::CardReader& Cards() { return cards_; }
+    reading::GlyphTable& Glyphs() { return glyphs_; }
 
 private:
+    void NewTableReader(int gameLanguage);
+    // Tells the harvest which reader runs, for the log line.
+    void Reading(const char* where);
+
     reading::Capture& cap_;
     const reading::WinTitles& titles_;
     reading::GlyphTable glyphs_;
+    std::unique_ptr<reading::GlyphHarvest> harvest_;
     std::unique_ptr<reading::TableReader> table_;
     reading::CardReader cards_;
     reading::ScoreReader score_;
@@ -46,6 +56,8 @@ private:
     int language_ = 0;
     std::array<int, 4> lastCounts_{};
     platform::Rect scannedRect_{};
+    int reduceWidth_ = 0;
+    BoxStatus boxStatus_;
 };
 
 // The screen reading of the product, in the order it must be made: the

@@ -41,6 +41,13 @@ struct TrickReading {
     bool IsNew = true;  // the trick differs from the one read before
 };
 
+// What the table box locator said last, for the main window's status label:
+// the box's "left,top" when found, "BOX (n)" after n failed tries.
+struct BoxStatus {
+    std::string Text;  // "" = nothing said yet
+    bool Found = false;
+};
+
 // Board panel positions: index 1..13 bids, 14 Nil, 15 Double Nil, 16 Show.
 using ButtonTable = std::array<platform::Point, 17>;
 
@@ -76,6 +83,13 @@ public:
     virtual std::vector<std::string> RatingLines() = 0;
     // A new deal's bidding is over: the "Last Trick" reader starts afresh.
     virtual void NewDeal() = 0;
+    // The width the game window is narrowed to (0 = not narrowed): at 624
+    // the English table's layout is known and needs no search.
+    virtual void SetReduceWidth(int /*width*/) {}
+    [[nodiscard]] virtual BoxStatus LastBoxStatus() const { return {}; }
+    // Every text shape the readers cannot name is written once to the log
+    // at `logPath` ("" = none), in the glyph table's form.
+    virtual void HarvestUnknownGlyphs(const std::string& /*logPath*/, int /*codePage*/) {}
 };
 
 }  // namespace tracking

@@ -5,6 +5,8 @@
 
 #include <cstdint>
 
+#include "core/game_language.h"
+
 namespace tracking {
 
 // Scheduled jobs of the timer loop; the numbers also index the game's
@@ -26,23 +28,10 @@ enum class BidState : int {
     Watching = 0,
 };
 
-// The game's site language: the row of the title table.
-enum class GameLanguage : int {
-    English = 1,
-    Japanese = 2,
-    German = 3,
-    French = 4,
-    Italian = 5,
-    Spanish = 6,
-    Mexican = 7,
-    Espanol = 8,
-    Argentine = 9,
-    Brazilian = 10,
-};
-inline constexpr int LanguageRow(GameLanguage l) { return static_cast<int>(l); }
-inline constexpr GameLanguage LanguageOfRow(int row) {
-    return row >= 1 && row <= 10 ? static_cast<GameLanguage>(row) : GameLanguage::English;
-}
+// The game's site language, the one type of the readers and the simulator.
+using core::GameLanguage;
+using core::LanguageOfRow;
+using core::LanguageRow;
 
 // Outcome of one bid step (the message numbers of the bid reader).
 enum class BidResult : int {

@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include "core/json.h"
 #include "core/text.h"
@@ -22,9 +23,10 @@ struct CliRun {
     std::string out, err;
 };
 
-// Runs the tool with these arguments: exit code, stdout as JSON lines, stderr.
-CliRun Cli(const std::string& args) {
-    const std::string errPath = (fs::temp_directory_path() / "tarvellos_cli_replay_stderr.txt").string();
+// Runs the tool with these arguments: exit code, stdout (as JSON lines unless
+// told it is text), stderr.
+CliRun Cli(const std::string& args, bool json = true) {
+    const std::string errPath = (fs::temp_directory_path() / ("tarvellos_cli_replay_stderr_" + std::to_string(::getpid()) + ".txt")).string();
     const std::string cmd = std::string(TARVELLOS_CLI) + " " + args + " 2>'" + errPath + "'";
     CliRun r;
     FILE* f = popen(cmd.c_str(), "r");
@@ -34,7 +36,7 @@ CliRun Cli(const std::string& args) {
     const int st = pclose(f);
     r.code = WIFEXITED(st) ? WEXITSTATUS(st) : -1;
     std::stringstream ss(r.out);
-    for (std::string line; std::getline(ss, line);) {
+    for (std::string line; json && std::getline(ss, line);) {
         std::string error;
         r.lines.emplace_back();
         EXPECT_TRUE(core::Json::Parse(line, r.lines.back(), error)) << "not JSON: " << line;
@@ -50,12 +52,12 @@ struct CliReplay : ::testing::Test {
     void TearDown() override { fs::remove_all(out); }
 
     CliRun Replay(const std::string& scenario) {
-        const std::string path = (fs::temp_directory_path() / "tarvellos_cli_replay.json").string();
+        const std::string path = (fs::temp_directory_path() / ("tarvellos_cli_replay_" + std::to_string(::getpid()) + ".json")).string();
         std::ofstream(path, std::ios::binary) << scenario;
         return Cli("replay '" + path + "' --out '" + out + "'");
     }
 
-    const std::string out = (fs::temp_directory_path() / "tarvellos_cli_replay_out").string();
+    const std::string out = (fs::temp_directory_path() / ("tarvellos_cli_replay_out_" + std::to_string(::getpid()))).string();
 };
 
 // One list of the counter's labels joined by "|".
@@ -131,6 +133,28 @@ TEST_F(CliReplay, UnwritableWorkFolderFails) {
     EXPECT_NE(r.err.find("was not saved"), std::string::npos) << r.err;
 }
 
+// The histories count as much as the records: a Nil report or rating
+// history that could not be written is named on stderr too, and fails the run.
+TEST_F(CliReplay, LostHistoriesAreNamedToo) {
+    for (const char* blocker : {"Work/RecordNILs.TXT.tmp~", "SpadesHistory.TXT.tmp~"})
+        fs::create_directories(fs::path(out) / blocker);
+    CliRun r = Replay(kHead + R"( "deals": 13, "seed": 2})");
+    EXPECT_EQ(r.code, 1) << r.err;
+    std::vector<std::string> failed;
+    for (const auto& j : r.lines) {
+        if (!j.Has("failed")) continue;
+        EXPECT_FALSE(j.Get("saved")->AsBool());
+        for (const auto& f : j.Get("failed")->Items()) failed.push_back(f.Get("file")->AsString());
+    }
+    ASSERT_FALSE(failed.empty());
+    bool history = false;
+    for (const std::string& f : failed) {
+        EXPECT_NE(r.err.find(f + " was not saved"), std::string::npos) << f << "\n" << r.err;
+        history = history || f == (fs::path(out) / "SpadesHistory.TXT").string();
+    }
+    EXPECT_TRUE(history) << "the game's rating line";
+}
+
 TEST_F(CliReplay, BadScenariosNameWhatIsWrong) {
     const std::string badCard = R"(["6C","7C","8C","9C","TC","JC","QC","9D","TD","JD","9H","TH","ZZ"])";
     const std::pair<std::string, std::string> rows[] = {
@@ -138,6 +162,7 @@ TEST_F(CliReplay, BadScenariosNameWhatIsWrong) {
         {kHead + R"( "deals": [{"dealer": 0, "hands": [)" + kHands + badCard + R"(], "bids": ["1","2","3","4"]}]})",
          "deals[0]"},
         {kHead + R"( "deals": 0})", ""},
+        {kHead + R"( "deals": 1, "actions": [{"at": "2026-03-05T21:05:00", "do": "fly"}]})", "actions[0].do"},
     };
     for (const auto& [scenario, says] : rows) {
         CliRun r = Replay(scenario);
@@ -154,6 +179,42 @@ TEST(CliDemo, BadNumbersAreUsageErrors) {
         const CliRun r = Cli(std::string("demo --json ") + args);
         EXPECT_EQ(std::to_string(r.code) + " [" + r.out + "]", "2 []") << args;
     }
+}
+
+// Three games: one history line each while the rating moves; none when it
+// stays what the history last recorded. The demo says which, game by game.
+TEST(CliDemo, ThreeGamesRecordTheRatingOnlyWhenItChanged) {
+    const fs::path home = fs::temp_directory_path() / ("tarvellos_cli_demo_ratings_" + std::to_string(::getpid()));
+    const std::string history = (home / "SpadesHistory.TXT").string();
+    const std::string earlier = "1534 2026/03/04 20:00:00 Win  (510,300) me_player    lefty_one    partner_x    righty_two   USA";
+    for (const bool same : {false, true}) {
+        fs::remove_all(home);
+        fs::create_directories(home);
+        ASSERT_TRUE(core::WriteTextFile(history, {earlier}, 1252));
+        const CliRun r = Cli("demo --json --games 3 --home '" + home.string() + "'" + (same ? " --same-ratings" : ""));
+        ASSERT_EQ(r.code, 0) << r.err;
+        std::string notes;
+        for (const auto& j : r.lines)
+            if (j.Has("gameOver"))
+                notes += j.Get("rating")->AsString() + (j.Get("ratingRecorded")->AsBool() ? " recorded|" : " " + j.Get("ratingNote")->AsString() + "|");
+        std::vector<std::string> lines;
+        ASSERT_TRUE(core::ReadTextFile(history, 1252, lines));
+        if (same) {
+            const std::string unchanged = "1534 unchanged since the last recorded game|";
+            EXPECT_EQ(notes, unchanged + unchanged + unchanged);
+            EXPECT_EQ(lines, std::vector<std::string>{earlier});
+        } else {
+            // Newest first, each line with the rating the list showed after its game.
+            ASSERT_EQ(lines.size(), 4u) << notes;
+            EXPECT_EQ(lines[3], earlier);
+            EXPECT_EQ(notes, core::Left(lines[2], 4) + " recorded|" + core::Left(lines[1], 4) + " recorded|" +
+                                 core::Left(lines[0], 4) + " recorded|");
+            EXPECT_NE(core::Left(lines[2], 4), "1534");
+        }
+        const CliRun human = Cli("demo --human --games 1 --home '" + home.string() + "'" + (same ? " --same-ratings" : ""), false);
+        EXPECT_EQ(human.out.find("recorded in") != std::string::npos, !same) << human.out;
+    }
+    fs::remove_all(home);
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <system_error>
+
 #include <tuple>
 
 #include <utility>
@@ -143,7 +145,12 @@ TEST(TextFiles, FailuresAreReportedNotThrown) {
     // Each failure names the file and says why, in the system's words.
     const SaveResult missing = WriteTextFile(dir.File("no/such/folder/x.txt"), {"x"}, 1252);
     EXPECT_EQ(std::tuple(missing.Saved, missing.Path), std::tuple(false, dir.File("no/such/folder/x.txt")));
-    EXPECT_NE(missing.Reason.find("No such file or directory"), std::string::npos) << missing.Reason;
+#ifdef _WIN32
+    const std::string noFolder = std::system_category().message(3);  // ERROR_PATH_NOT_FOUND
+#else
+    const std::string noFolder = "No such file or directory";
+#endif
+    EXPECT_NE(missing.Reason.find(noFolder), std::string::npos) << missing.Reason;
     // A folder standing where the file should go is left alone.
     const SaveResult taken = WriteTextFile(dir.File("Taken"), {"x"}, 1252);
     EXPECT_FALSE(taken.Saved);

@@ -134,7 +134,7 @@ TEST_F(RatingsFixture, GamesThatAreNotRecorded) {
     Seat("zz_me_first 1534");
     ctx.SeatNames = {"robot_1", "zz_me_first", "robot_2", "zz_west"};
     ratings.ReadShowRating(1, ctx);
-    EXPECT_EQ(ratings.LastHistory, HistoryResult::NotRecorded) << "two robots at the table";
+    EXPECT_EQ(ratings.LastHistory, HistoryResult::RobotTable) << "two robots at the table";
     EXPECT_EQ(dir.Get("SpadesHistory.TXT"), "") << "created empty all the same";
     ctx.SeatNames = kSeats;
     ctx.TeamScore = {0, 0};

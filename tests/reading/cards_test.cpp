@@ -80,7 +80,7 @@ struct Rig {
     platform::WindowHandle Show(int slot, const Image& client, int left = 0, int top = 0) {
         auto h = desk.AddWindow("w", {left, top, left + client.Width + 8, top + client.Height + 27});
         desk.SetClientImage(h, client);
-        cap.SubWindow[static_cast<std::size_t>(slot)].Handle = h;
+        subs.Handle[static_cast<std::size_t>(slot)] = h;
         return h;
     }
     std::pair<int, int> Match() const {
@@ -90,7 +90,8 @@ struct Rig {
     }
     platform::SimDesktop desk{1280, 1024};
     platform::VirtualClock clock;
-    Capture cap{desk, desk, clock};
+    FixedSubWindows subs;
+    Capture cap{desk, desk, clock, &subs};
     GlyphTable glyphs;
     CardReader reader{cap, glyphs, desk};
 };
@@ -196,7 +197,7 @@ TEST(CaptHandTest, NoTableOrAnUnknownShapeFailsTheReading) {
     HandRead hand;
     EXPECT_EQ(r.reader.CaptHand(hand), 22);
     EXPECT_EQ(r.desk.CaptureCount(), 4) << "four captures before giving up";
-    EXPECT_TRUE(platform::IsMinimized(r.desk, r.cap.SubWindow[kSubLastHand].Handle));
+    EXPECT_TRUE(platform::IsMinimized(r.desk, r.subs.Handle[kSubLastHand]));
     EXPECT_EQ(hand.Names[0], "");
     Rig ok;
     ok.Show(kSubLastHand, HandGrid(21));

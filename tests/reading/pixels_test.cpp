@@ -125,16 +125,23 @@ TEST(LineBands, WhiteColumnIsZeroAndOutsideIsNoInk) {
     for (int x = -5; x < 20; ++x) EXPECT_EQ(r.cap.LineBMP[x], 0) << x;
 }
 
-TEST(SubWindowCapture, KeepsTheWindowOnScreenAndRetriesAfterReopen) {
+// A sub-window copy that delivers nothing asks its finder to open the
+// window again, and copies once more.
+TEST(SubWindowCapture, RetriesAfterReopen) {
+    struct Reopening final : reading::SubWindowSource {
+        platform::WindowHandle h = 0;
+        int placed = 0, reopened = 0;
+        platform::WindowHandle SubWindowHandle(int k) const override { return k == 1 ? h : 0; }
+        void PlaceForCapture(int) override { ++placed; }
+        void ReopenSubWindow(int k) override { reopened += k; }
+    } subs;
     Rig r;
-    auto h = r.desk.AddWindow("Last Trick", {780, 590, 880, 650});
-    r.cap.SubWindow[1].Handle = h;
-    int reopened = 0;
-    r.cap.ReopenSubWindow = [&](int k) { reopened += k; };
-    r.desk.FailCaptures(h, 1);
+    r.cap.SetSubWindows(&subs);
+    subs.h = r.desk.AddWindow("Last Trick", {700, 500, 800, 560});
+    r.desk.FailCaptures(subs.h, 1);
     EXPECT_EQ(r.cap.CaptureSubWindow(1), 60 - 27);
-    EXPECT_EQ(reopened, 1);
-    EXPECT_EQ(r.desk.WindowRect(h), (platform::Rect{705, 540, 805, 600}));
+    EXPECT_EQ(subs.reopened, 1);
+    EXPECT_EQ(subs.placed, 2);
     EXPECT_EQ(r.cap.BMSub.Left, 0);
     EXPECT_EQ(r.cap.BMSub.Top, 0);
 }

@@ -60,7 +60,7 @@ struct Rig {
         cap.FontIndex = 1;
         h = desk.AddWindow("Spades Score", {20, 30, 20 + client.Width + 8, 30 + client.Height + 27});
         desk.SetClientImage(h, client);
-        cap.SubWindow[kSubScore].Handle = h;
+        subs.Handle[kSubScore] = h;
     }
     Rig() = default;
     // Reads the window: status, then the lines read.
@@ -75,7 +75,8 @@ struct Rig {
     platform::Rect WindowRect() { return desk.WindowRect(h).value_or(platform::Rect{}); }
     platform::SimDesktop desk{1280, 1024};
     platform::VirtualClock clock;
-    Capture cap{desk, desk, clock};
+    FixedSubWindows subs;
+    Capture cap{desk, desk, clock, &subs};
     GlyphTable glyphs;
     ScoreReader reader{cap, glyphs};
     platform::WindowHandle h = 0;

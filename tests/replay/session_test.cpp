@@ -7,6 +7,8 @@
 #include <filesystem>
 #include <sstream>
 
+#include <unistd.h>
+
 #include "core/text.h"
 #include "core/notation.h"
 #include "display/card_play.h"
@@ -19,8 +21,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// Per process: two builds' test runs at once (or a run left behind) must
+// never share a home, or one deletes the other's records mid-game.
 std::string TempHome(const std::string& name) {
-    auto p = fs::temp_directory_path() / ("tarvellos_session_" + name);
+    auto p = fs::temp_directory_path() / ("tarvellos_session_" + std::to_string(::getpid()) + "_" + name);
     fs::remove_all(p);
     return p.string();
 }
@@ -151,7 +155,10 @@ TEST(Session, WholeGameTo500InEnglishWritesTheRatingHistory) {
     std::vector<std::string> hist;
     ASSERT_TRUE(core::ReadTextFile(core::JoinPath(r.home, "SpadesHistory.TXT"), 1252, hist));
     ASSERT_FALSE(hist.empty());
-    EXPECT_NE(hist[0].find("1534"), std::string::npos) << hist[0];
+    // The player list shows the user's new rating after the game.
+    const std::string renewed = r.s.Game.Game().State().players[0].rating;
+    EXPECT_NE(renewed, "1534");
+    EXPECT_EQ(hist[0].substr(0, 5), renewed + " ") << hist[0];
     // The next game begins in the emptied score window, which the reader
     // shrinks; its deals are filed too, also those the shrunk window cuts off.
     const std::size_t firstGame = r.filed.size();
@@ -264,6 +271,142 @@ TEST(Session, InterruptionsLoseNoDeal) {
     EXPECT_EQ(r.filed.size(), 3u);
     EXPECT_NE(r.s.Game.SubWindow(sim::SimGameDesktop::kLastHand), 0);
     r.ExpectNoStrayClicks();
+}
+
+// A font entry that names the wrong digit (every "0" read as "8", so a ten
+// reads as no card) makes each "Last Hand" break the rules: it is read again
+// up to the fifth time, the broken rule goes to the log each time, and the
+// deal is filed all the same, with the rule as a warning in the error window
+// and in the filed deal.
+TEST(Session, MisreadDealsAreReadAgainAndFiledWithAWarning) {
+    TableSetup sp;
+    sp.settings.push_back("log = trace.log");
+    Table r(sp, "misread");
+    for (auto& g : r.s.Screen.Readers.Glyphs().Glyphs)
+        if (g.Name == "0") g.Name = "8";
+    ASSERT_TRUE(r.s.Start());
+    ASSERT_TRUE(r.s.Run());
+    ASSERT_EQ(r.filed.size(), 2u) << "a doubtful reading is filed, not dropped";
+    for (const auto& d : r.filed) {
+        ASSERT_EQ(d.Warnings.size(), 1u) << d.File;
+        EXPECT_NE(d.Warnings[0].find("not a card"), std::string::npos) << d.Warnings[0];
+    }
+    ASSERT_EQ(r.s.App.ErrorLog().size(), 2u);
+    EXPECT_EQ(r.s.App.ErrorLog()[0], "Deal " + r.filed[0].File + " filed from a reading that breaks a rule of the game: " +
+                                         r.filed[0].Warnings[0] + ".");
+    std::vector<std::string> log;
+    ASSERT_TRUE(core::ReadTextFile(core::JoinPath(r.home, "trace.log"), 1252, log));
+    int again = 0, filedWarned = 0;
+    for (const auto& l : log) {
+        if (l.find("not a card; read again") != std::string::npos) ++again;
+        if (l.find("not a card; filed with a warning") != std::string::npos) ++filedWarned;
+    }
+    EXPECT_EQ(again, 2 * 4) << "each deal read five times in all";
+    EXPECT_EQ(filedWarned, 2);
+}
+
+// The same game read right: no warning anywhere.
+TEST(Session, ReadingsThatKeepTheRulesCarryNoWarning) {
+    TableSetup sp;
+    sp.deals = "6";
+    Table r(sp, "rules_hold");
+    ASSERT_TRUE(r.s.Start());
+    ASSERT_TRUE(r.s.Run());
+    ASSERT_EQ(r.filed.size(), 6u);
+    for (const auto& d : r.filed) EXPECT_TRUE(d.Warnings.empty()) << d.File << ": " << d.Warnings.front();
+    EXPECT_TRUE(r.s.App.ErrorLog().empty()) << r.s.App.ErrorLog().front();
+}
+
+// A shape no font knows (the "x" switched off) is written to the log once,
+// in the table's hex form and where it was seen, however often it is read.
+TEST(Session, UnknownShapesAreHarvestedOnceEach) {
+    TableSetup sp;
+    sp.settings.push_back("log = trace.log");
+    Table r(sp, "harvest");
+    for (auto& g : r.s.Screen.Readers.Glyphs().Glyphs)
+        if (g.Name == "x") g.Column[1] = 0;
+    ASSERT_TRUE(r.s.Start());
+    ASSERT_TRUE(r.s.Run());
+    std::vector<std::string> log;
+    ASSERT_TRUE(core::ReadTextFile(core::JoinPath(r.home, "trace.log"), 1252, log));
+    std::vector<std::string> shapes;
+    for (const auto& l : log)
+        if (core::StartsWith(l, "? ")) shapes.push_back(l.substr(2, l.find(' ', 2) - 2));
+    ASSERT_FALSE(shapes.empty()) << "partner_x's name holds an unknown shape";
+    for (std::size_t i = 0; i < shapes.size(); ++i) {
+        EXPECT_EQ(shapes[i].size() % 3, 0u) << shapes[i];
+        for (std::size_t j = i + 1; j < shapes.size(); ++j) EXPECT_NE(shapes[i], shapes[j]) << "written twice";
+    }
+    // Without a log nothing is harvested, and nothing breaks.
+    TableSetup quiet;
+    Table q(quiet, "harvest_quiet");
+    for (auto& g : q.s.Screen.Readers.Glyphs().Glyphs)
+        if (g.Name == "x") g.Column[1] = 0;
+    ASSERT_TRUE(q.s.Start());
+    ASSERT_TRUE(q.s.Run());
+    EXPECT_EQ(q.filed.size(), 2u);
+}
+
+// The work folder cannot be written for one deal (a file stands where the
+// folder was, as a full or broken disk would refuse it): the error window
+// names the file, the deal is kept in memory, and it is written before the
+// next deal's own record once the folder is back, under the name it missed.
+TEST(Session, AFailedSaveIsShownKeptAndWrittenAtTheNextDealEnd) {
+    TableSetup sp;
+    sp.deals = "3";
+    Table r(sp, "failed_save");
+    const fs::path work = fs::path(r.home) / "Work", aside = fs::path(r.home) / "Work.away";
+    const auto filed = r.s.Events.OnDealFiled;
+    r.s.Events.OnDealFiled = [&](const tracking::FiledDeal& d) {
+        filed(d);
+        if (r.filed.size() == 1) {
+            fs::rename(work, aside);
+            core::WriteTextFile(work.string(), {"not a folder"}, 1252);
+        } else if (r.filed.size() == 2) {
+            fs::remove(work);
+            fs::rename(aside, work);
+        }
+    };
+    ASSERT_TRUE(r.s.Start());
+    ASSERT_TRUE(r.s.Run());
+    ASSERT_EQ(r.filed.size(), 3u);
+    const tracking::FiledDeal& lost = r.filed[1];
+    EXPECT_TRUE(lost.File.empty());
+    ASSERT_FALSE(lost.Saves.empty());
+    EXPECT_FALSE(lost.Saves[0].Saved);
+    EXPECT_EQ(lost.Kept, 1);
+    ASSERT_FALSE(r.s.App.ErrorLog().empty());
+    const std::string& shown = r.s.App.ErrorLog().back();
+    EXPECT_EQ(shown.rfind("Not saved: " + lost.Saves[0].Path, 0), 0u) << shown;
+    EXPECT_NE(shown.find("1 deal is kept and saved again after the next deal."), std::string::npos) << shown;
+
+    const tracking::FiledDeal& next = r.filed[2];
+    ASSERT_FALSE(next.Retried.empty());
+    EXPECT_TRUE(next.Retried[0].Saved);
+    EXPECT_EQ(next.Retried[0].Path, lost.Saves[0].Path) << "the name the deal missed";
+    EXPECT_EQ(next.Kept, 0);
+    // The kept record is the second deal's, and the third has its own file.
+    display::DealRecord rec;
+    ASSERT_EQ(r.s.App.Records()->ReadRecordFile(fs::path(lost.Saves[0].Path).stem().string(), rec), 0);
+    for (int seat = 0; seat < 4; ++seat)
+        for (int t = 0; t < 13; ++t) EXPECT_EQ(rec.Trick[t][seat], r.shown[1].cards[seat][t]);
+    EXPECT_NE(next.File, fs::path(lost.Saves[0].Path).stem().string());
+    EXPECT_EQ(r.s.App.Records()->ReadRecordFile(next.File, rec), 0);
+    EXPECT_EQ(r.s.App.Models().filBox.Entries.size(), 3u);
+
+    // A rating line that cannot be written at the game's end is shown too.
+    TableSetup sp2;
+    sp2.deals = "40";
+    sp2.seed = 3;
+    Table g(sp2, "failed_rating");
+    fs::create_directories(fs::path(g.home) / "SpadesHistory.TXT.tmp~");
+    ASSERT_TRUE(g.s.Start());
+    for (int i = 0; i < 4 * 3600 && g.gameOvers.empty() && !g.s.GameFinished(); ++i) g.s.Advance(1000);
+    ASSERT_EQ(g.gameOvers.size(), 1u);
+    bool ratingShown = false;
+    for (const auto& text : g.s.App.ErrorLog())
+        ratingShown = ratingShown || text.rfind("Not saved: " + core::JoinPath(g.home, "SpadesHistory.TXT"), 0) == 0;
+    EXPECT_TRUE(ratingShown);
 }
 
 TEST(Session, CountingFormReadsTheLastTrickCards) {

@@ -103,4 +103,36 @@ TEST(DealChecks, ScoreLineFromBidsAndTricks) {
               "East/West have 0 bags; bids and tricks give 1");
 }
 
+// The whole deal: one text per broken rule, the first card rule only, and
+// bids and score judged only when every bid was seen.
+TEST(DealChecks, WholeDealNamesEachBrokenRuleOnce) {
+    DealReading d;
+    FromHands(SuitPerSeat(), d.Cards, d.Marks);
+    // North leads the first trick; West trumps it and every trick after,
+    // leading each: West takes all 13.
+    for (int t = 1; t < 13; ++t) d.Marks[t] = {0, 0, 0, 1};
+    d.Bids = {"1", "1", "1", "12"};
+    d.Next = ExpectedScoreLine({}, d.Bids, {0, 0, 0, 13});
+    EXPECT_TRUE(CheckDeal(d).empty());
+
+    DealReading unseen = d;
+    unseen.Bids[2] = "";
+    unseen.Next = {1, 2, 3, 4};
+    EXPECT_TRUE(CheckDeal(unseen).empty()) << "a deal joined late has no bids to judge";
+
+    DealReading wrongScore = d;
+    wrongScore.Next[2] += 10;
+    ASSERT_EQ(CheckDeal(wrongScore).size(), 1u);
+    EXPECT_NE(CheckDeal(wrongScore)[0].find("East/West have"), std::string::npos);
+
+    // A misread card is one warning, and the score is not judged on it.
+    DealReading misread = wrongScore;
+    misread.Cards[3][1] = "1";
+    misread.Bids[0] = "14";
+    const auto broken = CheckDeal(misread);
+    ASSERT_EQ(broken.size(), 2u);
+    EXPECT_NE(broken[0].find("East's hand holds"), std::string::npos) << broken[0];
+    EXPECT_EQ(broken[1], "North's bid \"14\" is not a bid");
+}
+
 }  // namespace

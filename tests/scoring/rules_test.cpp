@@ -77,3 +77,34 @@ TEST(Tricks, CountsOfADealRecord) {
     for (auto& row : marks) row = {2, 2, 2, 2};
     EXPECT_EQ(DealTrickCounts(cards, marks).Tricks, (std::array<std::uint8_t, 4>{}));
 }
+
+namespace {
+
+// The ten-bag penalty of the projection comes when the running bags reach
+// ten, not only past it, and only once, however far past ten they go.
+TEST(Projection, TenBagPenaltyAtTheThreshold) {
+    struct Row {
+        int startBags, tricks, bid, expected;
+    };
+    // Start score 200; the side bid 4.
+    const Row rows[] = {
+        {8, 5, 4, 200 + 40 + 1},         // 9 bags: no penalty
+        {9, 5, 4, 200 + 40 + 1 - 100},   // exactly 10: the penalty
+        {8, 6, 4, 200 + 40 + 2 - 100},   // from 8 to 10 in one deal
+        {9, 9, 4, 200 + 40 + 5 - 100},   // 14 bags: once
+        {0, 4, 4, 200 + 40},             // just making: no bags
+    };
+    for (const Row& r : rows) {
+        scoring::ProjectionInput in;
+        in.StartScore = {200, 150};
+        in.StartBags = {r.startBags, 0};
+        in.TeamBid = {r.bid, 13 - r.bid};
+        in.DealTricks = {r.tricks, 13 - r.tricks, 13};
+        in.Bids = {"2", "5", "2", "4"};
+        const scoring::SideProjection p = scoring::ProjectSide(in, 0);
+        EXPECT_EQ(p.Base, r.expected) << r.startBags << " bags, " << r.tricks << " tricks";
+        EXPECT_EQ(p.RunningBags, r.startBags + std::max(0, r.tricks - r.bid));
+    }
+}
+
+}  // namespace

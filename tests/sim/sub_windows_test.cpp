@@ -38,7 +38,7 @@ struct Rig {
     platform::WindowHandle Show(int slot, const Image& client) {
         auto h = desk.AddWindow("w", {30, 40, 30 + client.Width + 8, 40 + client.Height + 27});
         desk.SetClientImage(h, client);
-        cap.SubWindow[static_cast<std::size_t>(slot)].Handle = h;
+        subs.Handle[static_cast<std::size_t>(slot)] = h;
         return h;
     }
     // Reads the score window; the lines read in `got`.
@@ -50,7 +50,8 @@ struct Rig {
     }
     platform::SimDesktop desk{1280, 1024};
     platform::VirtualClock clock;
-    Capture cap{desk, desk, clock};
+    FixedSubWindows subs;
+    Capture cap{desk, desk, clock, &subs};
     WinTitles titles;
     GlyphTable glyphs;
     CardReader cards{cap, glyphs, desk};

@@ -2,6 +2,7 @@
 // pause, the trick turnover, the winner bookkeeping, the capture driver's
 // retries and codes, and the right counter after a deal is filed.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -11,6 +12,7 @@
 #include "core/text.h"
 #include "platform/sim/virtual_clock.h"
 #include "platform/sim/sim_desktop.h"
+#include "scoring/deal_checks.h"
 #include "tracking/companion.h"
 
 namespace {
@@ -39,7 +41,13 @@ struct FakeReaders final : tracking::GameReaders {
         ++tableReads;
         i = info;
     }
-    void ReadPlayerList(tracking::TableInfo& i) override { i.PlayerList = info.PlayerList; }
+    int listReads = 0, listShownAfter = 0;  // the list stays empty for the first reads
+    tracking::BoxStatus boxStatus;
+    void ReadPlayerList(tracking::TableInfo& i) override {
+        ++listReads;
+        i.PlayerList = listReads > listShownAfter ? info.PlayerList : std::vector<std::string>{};
+    }
+    tracking::BoxStatus LastBoxStatus() const override { return boxStatus; }
     int CaptureBid(tracking::Bids4& b, int& n, int& loc) override {
         ++bidCalls;
         if (duringBid) duringBid();
@@ -106,6 +114,7 @@ struct Rig {
         e.Seats.InitNESW(e.Settings.MyIds);
         e.Records = std::make_unique<display::RecordFiles>(clock, e.Folders, desk.Roles().system.AnsiCodePage());
         w.SetScreenSize(desk.ScreenSize());
+        e.Cap.SetSubWindows(&w);
     }
     // The table window is there: on-line as the first window pass goes.
     void GoOnline() {
@@ -113,7 +122,7 @@ struct Rig {
         online.OffToOn();
     }
 
-    tracking::CompanionEvents events;
+    tracking::CallbackEvents events;
     tracking::Engine e;
     tracking::GameWindows w;
     tracking::BiddingBoard board;
@@ -132,7 +141,7 @@ class LoopTest : public ::testing::Test {
 protected:
     void SetUp() override {
         home = (std::filesystem::temp_directory_path() /
-                ("tarvellos_loop_" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name())))
+                ("tarvellos_loop_" + std::to_string(::getpid()) + "_" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name())))
                    .string();
         std::filesystem::remove_all(home);
         std::filesystem::create_directories(std::filesystem::path(home) / "Work");
@@ -580,6 +589,79 @@ TEST_F(LoopTest, CaptureCodesRetriesAndTheirMessages) {
     EXPECT_EQ(e.ErrorLog.back(), "Error occurred in reading score.");
 }
 
+// The bid step's reading errors, in the English and the Japanese interface.
+TEST_F(LoopTest, BidStepReadingErrorsInBothInterfaces) {
+    BootRig({"BidTrickCounter = (*,0),(*,0)"});
+    fake.bidCode = 0;
+    fake.bidCount = 1;
+    fake.bids = {"3", "", "", ""};
+    std::vector<std::string> shown;
+    for (const bool jpn : {false, true}) {
+        rig->e.Settings.JPN = jpn;
+        for (const int code : {2, 4}) {
+            fake.scoreCode = code;
+            rig->e.Deal = tracking::DealState{};
+            (void)rig->bids.Step(false);
+            shown.push_back(rig->e.ErrorLog.empty() ? "" : rig->e.ErrorLog.back());
+        }
+    }
+    EXPECT_EQ(shown, (std::vector<std::string>{"Error occurred in reading score.", "Error occurred in reading player names.",
+                                               "Spades Score 読み取りのエラー.", "競技者名読み取りのエラー."}));
+}
+
+// Deals the game ended while nothing could be read cannot be filed, but
+// they are told: score lines that jumped by more than one, and a new game
+// begun before the old one's last deal was read. That deal is filed when the
+// "Last Hand" window still shows it.
+TEST_F(LoopTest, DealsEndedUnreadAreToldAsMissed) {
+    using tracking::CaptureResult;
+    BootRig(kCounters);
+    std::vector<tracking::FiledDeal> filed;
+    rig->events.OnDealFiled = [&filed](const tracking::FiledDeal& d) { filed.push_back(d); };
+    auto hand = [](int k) {
+        reading::HandRead h = SomeHand("me");
+        for (auto& seat : h.Cards) std::swap(seat[0], seat[static_cast<std::size_t>(k)]);
+        return h;
+    };
+    const tracking::ScoreLine a{50, 1, 30, 2}, b{90, 2, 70, 3}, c{130, 3, 40, 3};
+    fake.score = {a};
+    fake.hands = {hand(1)};
+    ASSERT_EQ(rig->capture.Capture(false), CaptureResult::Filed);
+    fake.score = {a, b, c};
+    fake.hands = {hand(2)};
+    ASSERT_EQ(rig->capture.Capture(false), CaptureResult::Filed);
+    fake.score = {};
+    EXPECT_EQ(rig->capture.Capture(false), CaptureResult::NewGame);
+    fake.score = {a};
+    fake.hands = {hand(3)};
+    ASSERT_EQ(rig->capture.Capture(false), CaptureResult::Filed);
+    ASSERT_EQ(filed.size(), 3u);
+    EXPECT_EQ(filed[0].Missed, 0) << "nothing is known before the first deal filed";
+    EXPECT_EQ(filed[1].Missed, 1);
+    EXPECT_EQ(filed[2].Missed, 1) << "the old game's last deal";
+    EXPECT_EQ(rig->e.ErrorLog.back(), "1 deal ended while the game's windows could not be read; not filed.");
+
+    // The game's last deal still shows after the next game emptied the
+    // score window: filed with the line its bids and tricks give, flagged.
+    rig->e.Deal.Bids = {"3", "4", "2", "1"};
+    fake.score = {a, b};
+    fake.hands = {hand(4)};
+    ASSERT_EQ(rig->capture.Capture(false), CaptureResult::Filed);
+    fake.score = {};
+    fake.hands = {hand(5)};
+    rig->e.Deal.Bids = {"3", "4", "2", "1"};
+    EXPECT_EQ(rig->capture.Capture(false), CaptureResult::NewGame);
+    ASSERT_EQ(filed.size(), 5u);
+    const tracking::FiledDeal& last = filed.back();
+    EXPECT_EQ(last.ScoreRow, scoring::ExpectedScoreLine(b, last.Bids, last.Tricks));
+    ASSERT_EQ(last.Warnings.size(), 1u);
+    EXPECT_NE(last.Warnings[0].find("computed from the bids and tricks"), std::string::npos);
+    fake.score = {a};
+    fake.hands = {hand(6)};
+    ASSERT_EQ(rig->capture.Capture(false), CaptureResult::Filed);
+    EXPECT_EQ(filed.back().Missed, 0) << "nothing of the old game was lost";
+}
+
 // Deadlines are compared across the wrap of the tick counter; the pause keeps
 // what was left of the sub-window jobs and gives it back on resume, and leaves
 // the other jobs alone.
@@ -616,6 +698,65 @@ TEST_F(LoopTest, OwnWindowsAreNeverTakenForTheGame) {
     app->Tick();
     EXPECT_NE(app->Models().frmZ.Caption.find("Oak"), std::string::npos) << "our own window was taken for the game";
     EXPECT_FALSE(desk.Find(ours)->Topmost) << "our own window was taken for a popup";
+}
+
+// A new table's player list may still be empty: the rating is read again,
+// each time from the list read afresh, up to 30 times; the sub-windows are
+// opened whatever came of it.
+class RatingSearch : public LoopTest, public ::testing::WithParamInterface<int> {};
+
+TEST_P(RatingSearch, ANewTableTriesUpTo30Times) {
+    const int emptyReads = GetParam();
+    fake.info.PlayerList = {"kibitz_a,1500", "me_player,1612"};
+    fake.info.ButtonXY[1] = {100, 120};
+    fake.listShownAfter = emptyReads;
+    ASSERT_NO_FATAL_FAILURE(Boot({"MyYahooID = me_player"}));
+    EXPECT_EQ(fake.listReads, std::min(emptyReads + 1, 30));
+    EXPECT_EQ(core::Trim(app->Rating()->MyRating.Caption), emptyReads < 30 ? "1612" : "");
+    EXPECT_EQ(desk.Clicks().size(), 1u) << "the sub-window button was not pressed";
+}
+
+INSTANTIATE_TEST_SUITE_P(EmptyListReads, RatingSearch, ::testing::Values(0, 4, 29, 1000));
+
+// Every tick that gets that far puts the companion windows that are kept on
+// top back on top: card play, error, bid help, score window and the current
+// counter; a window not kept on top is left where it is.
+TEST_F(LoopTest, CompanionWindowsKeptOnTopEveryTick) {
+    using tracking::CompanionWindow;
+    std::vector<CompanionWindow> raised;
+    events.OnRaiseWindow = [&](CompanionWindow w) { raised.push_back(w); };
+    Boot({"MyYahooID = me_player", "CountCards = yes (*,0)", "PasteScoreTable = yes (*,0)",
+          "BidTrickCounter = (*,0),(*,0)", "HelpBidIn4thSeat = yes (*,0)"});
+    auto count = [&](CompanionWindow w) { return std::count(raised.begin(), raised.end(), w); };
+    app->Tick();
+    raised.clear();
+    app->Tick();
+    EXPECT_EQ(count(CompanionWindow::CardPlay), 1);
+    EXPECT_EQ(count(CompanionWindow::Score), 1);
+    EXPECT_EQ(count(CompanionWindow::ErrMsg), 0) << "the error window is not shown";
+    EXPECT_EQ(count(CompanionWindow::RemainingCards), 0) << "not switched on";
+    app->CaptureHandNow();  // nothing to read: the error window shows
+    ASSERT_TRUE(app->Models().frmErrMsg.Visible);
+    raised.clear();
+    app->Tick();
+    EXPECT_EQ(count(CompanionWindow::ErrMsg), 1);
+    EXPECT_EQ(count(CompanionWindow::CardPlay), 1);
+}
+
+// The window finder keeps the handles; a sub-window about to be copied is
+// first moved wholly onto the screen.
+TEST_F(LoopTest, SubWindowsAreFoundAndPutOnTheScreenBeforeACopy) {
+    desk.SetScreenSize(800, 600);
+    BootRig({});
+    rig->w.FindSubWindow(-1);
+    const platform::WindowHandle trick = rig->w.Sub(1);
+    ASSERT_NE(trick, 0u);
+    EXPECT_EQ(rig->e.Cap.SubWindowHandle(1), trick);
+    EXPECT_EQ(rig->e.Cap.SubWindowHandle(2), lastHand);
+    EXPECT_GT(rig->e.Cap.CaptureSubWindow(1), 0);
+    EXPECT_EQ(desk.WindowRect(trick), (platform::Rect{605, 0, 805, 200}));
+    rig->w.Forget();
+    EXPECT_EQ(rig->e.Cap.SubWindowHandle(1), 0u);
 }
 
 }  // namespace

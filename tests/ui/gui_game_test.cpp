@@ -45,7 +45,7 @@ int CopiesDiffering(const QImage& shot, const core::DrawList& list, const QImage
 struct Game {
     explicit Game(int deals, int seed = 2, std::vector<std::string> more = {}, int codePage = 0) {
         std::string err;
-        EXPECT_TRUE(sim::ParseScenario(replay::DemoScenarioJson(), scenario, err)) << err;
+        EXPECT_TRUE(replay::DemoScenario(scenario, err)) << err;
         scenario.settings.insert(scenario.settings.end(),
                                  {"CountCards = yes (*,0)", "MyHand = (*,0)", "PasteScoreTable = (*,0)"});
         scenario.settings.insert(scenario.settings.end(), more.begin(), more.end());

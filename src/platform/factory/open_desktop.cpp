@@ -1,6 +1,9 @@
 #include "platform/factory/open_desktop.h"
 
 #include "platform/sim/sim_desktop.h"
+#ifdef _WIN32
+#include "platform/win32/win32_desktop.h"
+#endif
 
 namespace platform {
 
@@ -17,8 +20,12 @@ OpenedDesktop OpenDesktop(DesktopKind kind) {
             out.Backend = std::make_unique<SimDesktop>();
             break;
         case DesktopKind::Native:
-            // The X11 and Win32 backends join here as they are built.
+#ifdef _WIN32
+            out.Backend = std::make_unique<Win32Desktop>();
+#else
+            // The X11 backend joins here.
             out.Error = "this build has no desktop backend for this system; only the simulated desktop is available";
+#endif
             break;
     }
     return out;

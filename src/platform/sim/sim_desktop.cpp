@@ -146,15 +146,27 @@ void SimDesktop::Restore(WindowHandle h) {
     if (Touch(h)) Find(h)->Minimized = false;
 }
 
-Image SimDesktop::Compose() const {
-    Image screen(screen_.X, screen_.Y, background_);
+Image SimDesktop::Compose() const { return Compose({0, 0, screen_.X, screen_.Y}); }
+
+Image SimDesktop::Compose(const Rect& area) const {
+    const std::int32_t left = std::max(area.Left, 0), top = std::max(area.Top, 0);
+    const std::int32_t right = std::min(area.Right, screen_.X), bottom = std::min(area.Bottom, screen_.Y);
+    Image out(std::max(right - left, 0), std::max(bottom - top, 0), background_);
+    if (out.Pixels.empty()) return out;
+    // Only the rows and columns of each window inside the area are copied:
+    // screen copies of a few lines are the readers' most frequent call.
     for (auto it = zorder_.rbegin(); it != zorder_.rend(); ++it) {
         const SimWindow& w = windows_.at(*it);
         if (!w.Visible || w.Minimized) continue;
-        for (std::int32_t y = 0; y < w.Pixels.Height; ++y)
-            for (std::int32_t x = 0; x < w.Pixels.Width; ++x) screen.Set(w.Outer.Left + x, w.Outer.Top + y, w.Pixels.At(x, y));
+        const std::int32_t x0 = std::max(w.Outer.Left, left), x1 = std::min(w.Outer.Left + w.Pixels.Width, right);
+        const std::int32_t y0 = std::max(w.Outer.Top, top), y1 = std::min(w.Outer.Top + w.Pixels.Height, bottom);
+        for (std::int32_t y = y0; y < y1; ++y) {
+            const std::uint32_t* in = &w.Pixels.Pixels[static_cast<std::size_t>(y - w.Outer.Top) * static_cast<std::size_t>(w.Pixels.Width)];
+            std::uint32_t* row = &out.Pixels[static_cast<std::size_t>(y - top) * static_cast<std::size_t>(out.Width)];
+            for (std::int32_t x = x0; x < x1; ++x) row[x - left] = in[x - w.Outer.Left];
+        }
     }
-    return screen;
+    return out;
 }
 
 std::int32_t SimDesktop::CopyRegion(WindowHandle h, Area area, const Rect& region, std::vector<std::uint16_t>& bits) {
@@ -181,7 +193,7 @@ std::int32_t SimDesktop::CopyScreenRegion(const Rect& region, std::vector<std::u
         --it->second;
         return 0;
     }
-    return CopyImage(Compose(), 0, 0, region, bits);
+    return CopyImage(Compose(region), -std::max(region.Left, 0), -std::max(region.Top, 0), region, bits);
 }
 
 std::int32_t SimDesktop::CopyImage(const Image& src, std::int32_t ox, std::int32_t oy, const Rect& region,

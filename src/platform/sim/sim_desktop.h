@@ -81,6 +81,9 @@ public:
     void ClearRecords() { clicks_.clear(); sounds_.clear(); beeps_ = 0; captures_ = 0; }
     // The screen as the user would see it (all visible windows composed).
     Image Compose() const;
+    // The part of it inside `area` (clipped to the screen), its top-left at
+    // the area's clipped top-left.
+    Image Compose(const Rect& area) const;
 
     // --- the roles ----------------------------------------------------------
     Desktop Roles() override { return {*this, *this, *this, *this, *this}; }

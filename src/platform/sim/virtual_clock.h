@@ -25,6 +25,9 @@ public:
     // Returns an id for Cancel.
     int Schedule(std::uint32_t at, std::function<void()> fn);
     void Cancel(int id);
+    // The wall clock is set (by the user, or a time server) `seconds` on or
+    // back; the tick count goes on undisturbed, as on a real system.
+    void ShiftWallClock(std::int64_t seconds) { start_ = AddSeconds(start_, seconds); }
     // Total virtual milliseconds waited so far.
     std::uint64_t Elapsed() const { return elapsed_; }
 
