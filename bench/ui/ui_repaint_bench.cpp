@@ -6,8 +6,14 @@
 
 #include <QApplication>
 #include <QStyleFactory>
+#include <filesystem>
 
+#include "platform/temp_folder.h"
+#include "replay/demo_scenario.h"
+#include "replay/program_files.h"
+#include "replay/session.h"
 #include "ui/alert_windows.h"
+#include "ui/bridge.h"
 #include "ui/board_window.h"
 #include "ui/counter_windows.h"
 #include "ui/err_msg_window.h"
@@ -103,6 +109,62 @@ void BM_History(benchmark::State& s) {
     }
 }
 BENCHMARK(BM_History);
+
+// The companion beside a simulated game played to its end, every window
+// its models show on the screen (offscreen).
+struct PlayedGame {
+    PlayedGame() {
+        std::string err;
+        (void)replay::DemoScenario(scenario, err);
+        scenario.settings.insert(scenario.settings.end(),
+                                 {"CountCards = yes (*,0)", "MyHand = (*,0)", "PasteScoreTable = (*,0)"});
+        scenario.game.randomDeals = 2;
+        home = platform::MakeFreshTempFolder("tarvellos-bench", err).value_or("/tmp/tarvellos-bench");
+        (void)replay::WriteProgramFiles(scenario, home);
+        session = std::make_unique<replay::Session>(scenario, home, &ui);
+        ui.attach(session->App);
+        ui.BeforeTick = [this] { session->Advance(static_cast<std::uint32_t>(session->App.TimerInterval())); };
+        (void)session->Start(false, false);
+        ui.start();
+        ui.stop();
+        auto& s = *session;
+        for (int i = 0; i < 40000 && !(s.GameFinished() && s.App.FiledCount() >= s.DealsPlayed()); ++i) ui.tick();
+        for (const auto& w : ui.windows()) w.Window->show();
+        QApplication::processEvents();
+    }
+    ~PlayedGame() { std::filesystem::remove_all(home); }
+    sim::Scenario scenario;
+    std::string home;
+    ui::CompanionUi ui;
+    std::unique_ptr<replay::Session> session;
+};
+
+// One timer tick when nothing at the table changes: the window pass, the
+// due jobs, keeping the windows on top, and whatever the windows repaint.
+// Target: under 1 ms of CPU.
+void BM_IdleTickEveryWindowShown(benchmark::State& state) {
+    PlayedGame g;
+    for (auto _ : state) {
+        g.ui.tick();
+        QApplication::processEvents();
+    }
+    int shown = 0;
+    for (const auto& w : g.ui.windows()) shown += w.Window->isVisible() ? 1 : 0;
+    state.counters["windows_shown"] = shown;
+}
+BENCHMARK(BM_IdleTickEveryWindowShown)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
+
+// Every window painted again from the models of a filed deal (main window
+// with the score sheet, counters, card play, hands, score window ...).
+// Target: under 10 ms.
+void BM_RepaintAfterDeal(benchmark::State& state) {
+    PlayedGame g;
+    for (auto _ : state) {
+        g.ui.repaint();
+        for (const auto& w : g.ui.windows()) w.Window->repaint();
+    }
+}
+BENCHMARK(BM_RepaintAfterDeal)->MeasureProcessCPUTime()->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "display/card_sheets.h"
+
 namespace platform {
 class Sound;
 }
@@ -27,9 +29,8 @@ enum GameLanguageIndex {
     LangPortuguese = core::LanguageRow(core::GameLanguage::Brazilian),
 };
 
-// Table modes that choose the window names inside the sentences.
-inline constexpr int TableModeBridge = 0;
-inline constexpr int TableModeSpades = 3;
+// The table modes (TableModeSpades, TableModeBridge of card_sheets.h) choose
+// the window names inside the sentences.
 
 // Message codes that have a sentence (others print nothing).
 enum MsgCode {

@@ -15,14 +15,14 @@ platform::LocalTime StartOf(const sim::Scenario& s) { return s.start; }
 
 }  // namespace
 
-Session::Session(const sim::Scenario& scenario, std::string programFolder)
+Session::Session(const sim::Scenario& scenario, std::string programFolder, tracking::CompanionEvents* listener)
     : Scenario(scenario),
       ProgramFolder(std::move(programFolder)),
       Clock(StartOf(scenario)),
       Desktop(scenario.screenWidth, scenario.screenHeight),
       Game(Desktop, Clock, Scenario, RenderedTable()),
       Screen(Desktop.Roles(), Clock),
-      App(Desktop.Roles(), Clock, core::Folders{ProgramFolder, "Work"}, Screen, Events),
+      App(Desktop.Roles(), Clock, core::Folders{ProgramFolder, "Work"}, Screen, listener ? *listener : Events),
       Timer(Clock, App) {
     Desktop.SetExecutableFolder(ProgramFolder);
     Desktop.SetAnsiCodePage(scenario.codepage);
@@ -45,10 +45,10 @@ void Session::ScheduleActions() {
 
 Session::~Session() { Timer.Stop(); }
 
-bool Session::Start(bool openSubWindows) {
+bool Session::Start(bool openSubWindows, bool ownTimer) {
     if (!App.Start()) return false;
     Game.Start(openSubWindows);
-    Timer.Start();
+    if (ownTimer) Timer.Start();
     ScheduleActions();
     return true;
 }

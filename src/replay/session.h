@@ -24,14 +24,16 @@ namespace replay {
 class Session {
 public:
     // `programFolder` is the companion's program folder (created if missing).
-    Session(const sim::Scenario& scenario, std::string programFolder);
+    // The companion tells `listener` what happens, or Events when none is given.
+    Session(const sim::Scenario& scenario, std::string programFolder, tracking::CompanionEvents* listener = nullptr);
     ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
     // Start-up of the companion, then the table opens and the game begins.
-    // False when the companion refused to start.
-    bool Start(bool openSubWindows = false);
+    // False when the companion refused to start. Without `ownTimer` the
+    // caller ticks the companion itself (the GUI's timer).
+    bool Start(bool openSubWindows = false, bool ownTimer = true);
     // Lets virtual time run until the game has no more deals and the
     // companion has filed every deal played (or `limitMs` of virtual time
     // passed; 0 = as long as the game goes on, however many deals it has).

@@ -210,7 +210,8 @@ ScoreSheet BuildScoreSheet(const ScoreRows& rows, const ScoreSheetInput& in, con
                 RowCaption("After", in.Left + 2, s.CurrentY + 2 * p, captionWidth)};
     s.Label1[1].Visible = s.Label1[3].Visible = r > 1;
     s.Label1[2].Visible = r >= 1;
-    const int right = static_cast<int>(std::lround(s.M.C[3] + 2 * w));
+    // Past the last edge only the closing bag figures "(n)" stand.
+    const int right = static_cast<int>(std::lround(s.M.C[3] + 1.3 * w));
     s.Frame = {in.Left, in.Top - 2, right - in.Left, s.CurrentY + 3 * p + 2 - (in.Top - 2), true};
     const int lineLeft = static_cast<int>(std::lround(s.M.X0));
     s.Line1 = {lineLeft, s.CurrentY - 3, right - lineLeft, 0, true};
@@ -268,11 +269,13 @@ void Show_Score(ScoreWindow& w, const ScoreSheet& sheet, const std::array<std::s
         l.Caption = name;
     }
     w.picItems.Clear();
-    // The two column groups of the sheet, each copied as one block.
+    // The two column groups of the sheet, each copied as one block that
+    // starts far enough left of its first edge to keep a hanging minus
+    // before three digits.
     const double cw = sheet.M.W;
-    const int width = static_cast<int>(std::lround(12.1 * cw));
-    const std::array<int, 2> srcX = {static_cast<int>(std::lround(sheet.M.C[0] - 4.1 * cw)),
-                                     static_cast<int>(std::lround(sheet.M.C[2] - 3.5 * cw))};
+    const int width = static_cast<int>(std::lround(12.5 * cw));
+    const std::array<int, 2> srcX = {static_cast<int>(std::lround(sheet.M.C[0] - 4.5 * cw)),
+                                     static_cast<int>(std::lround(sheet.M.C[2] - 4.5 * cw))};
     const std::array<int, 2> dstX = {5, 5 + width + 20};
     const int y = sheet.CurrentY, p = sheet.M.Pitch;
     for (std::size_t g = 0; g < 2; ++g) {

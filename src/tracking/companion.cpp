@@ -275,7 +275,10 @@ void Companion::CaptureBidsNow() {
 
 void Companion::CaptureHandNow() { (void)capture_.Capture(false); }
 
-void Companion::End() { endFlag_ = true; }
+void Companion::End() {
+    endFlag_ = true;
+    screen_.EndRequested = true;  // a fatal stop waiting at start-up ends now
+}
 
 void Companion::RecordRatingNow() {
     if (e_.OffLine()) return;

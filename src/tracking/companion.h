@@ -66,9 +66,13 @@ public:
     void UndoDelete();
     // "Delete ALL Work Files": `confirm` answers the dialog.
     display::DelWorkResult EmptyWorkFolder(bool confirm);
+    // The same, the dialog shown by `ask` (the window's modal dialog).
+    display::DelWorkResult EmptyWorkFolder(const std::function<void(display::DelWorkDialog&)>& ask);
     // The seat menu of table position `pos`; `reason` answers the reason
     // dialog ("" closes it without one).
     void ChooseSeatMenuEntry(int pos, const std::string& reason);
+    // The same, the reason dialog shown by `ask` when the entry needs one.
+    void ChooseSeatMenuEntry(int pos, const players::ReasonQuestion& ask);
     void PressPromptButton();           // the alert prompt's button
     void PressNoneButton();             // "None": check the table again
     // The player dragged a companion window.
@@ -102,6 +106,8 @@ public:
     // Start-up refuses to run from an archive or temporary folder; a
     // simulated session may well run from one.
     void SetArchiveCheck(bool on) { checkArchive_ = on; }
+    // The window layer measures texts with the fonts it prints them in.
+    void SetTextMeasure(core::TextWidthFn measure) { e_.Measure = std::move(measure); }
 
 private:
     // Both public constructors come here; null `cap`/`titles` when the

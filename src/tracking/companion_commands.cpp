@@ -46,10 +46,13 @@ void Companion::UndoDelete() {
 }
 
 display::DelWorkResult Companion::EmptyWorkFolder(bool confirm) {
-    const auto ask = [confirm](display::DelWorkDialog& d) {
+    return EmptyWorkFolder([confirm](display::DelWorkDialog& d) {
         if (confirm) d.cmdDelete_Click();
         else d.cmdCancel_Click();
-    };
+    });
+}
+
+display::DelWorkResult Companion::EmptyWorkFolder(const std::function<void(display::DelWorkDialog&)>& ask) {
     const bool busy = e_.Busy.Any() || e_.Models.filBox.DeleteState != display::DelIdle;
     display::DelWorkResult r =
         display::cmdDelFiles_Click(e_.Folders.WorkFolder(), display::TableModeSpades, e_.Settings.JPN,
@@ -59,11 +62,15 @@ display::DelWorkResult Companion::EmptyWorkFolder(bool confirm) {
 }
 
 void Companion::ChooseSeatMenuEntry(int pos, const std::string& reason) {
-    if (!e_.Alerts || pos < 0 || pos > 3) return;
-    e_.Alerts->menuPlayer_Click(pos, [&reason](players::ReasonDialog& d) {
+    ChooseSeatMenuEntry(pos, [&reason](players::ReasonDialog& d) {
         d.txtReason = reason;
         d.KeyDown(13);
     });
+}
+
+void Companion::ChooseSeatMenuEntry(int pos, const players::ReasonQuestion& ask) {
+    if (!e_.Alerts || pos < 0 || pos > 3) return;
+    e_.Alerts->menuPlayer_Click(pos, ask);
     e_.Changed();
 }
 
@@ -83,26 +90,24 @@ void Companion::PressNoneButton() {
 
 void Companion::MoveCompanionWindow(CompanionWindow w, int x, int y) {
     auto& m = e_.Models;
+    if (w == CompanionWindow::Main) {
+        const int wd = m.frmZ.Rect.Width(), ht = m.frmZ.Rect.Height();
+        m.frmZ.Rect = {x, y, x + wd, y + ht};
+        return;
+    }
+    core::WindowModel* moved = nullptr;
     switch (w) {
-        case CompanionWindow::Main: {
-            const int wd = m.frmZ.Rect.Width(), ht = m.frmZ.Rect.Height();
-            m.frmZ.Rect = {x, y, x + wd, y + ht};
-            break;
-        }
-        case CompanionWindow::LeftCounter:
-            m.Counters.frmCounter0.Window.Left = x;
-            m.Counters.frmCounter0.Window.Top = y;
-            break;
-        case CompanionWindow::RightCounter:
-            m.Counters.frmCounter.Window.Left = x;
-            m.Counters.frmCounter.Window.Top = y;
-            break;
-        case CompanionWindow::HelpBid:
-            m.frmHelpBid.Window.Left = x;
-            m.frmHelpBid.Window.Top = y;
-            break;
-        default:
-            break;
+        case CompanionWindow::LeftCounter: moved = &m.Counters.frmCounter0.Window; break;
+        case CompanionWindow::RightCounter: moved = &m.Counters.frmCounter.Window; break;
+        case CompanionWindow::HelpBid: moved = &m.frmHelpBid.Window; break;
+        case CompanionWindow::CardPlay: moved = &m.frmCardPlay.Window; break;
+        case CompanionWindow::Score: moved = &m.frmScore.Window; break;
+        case CompanionWindow::Hands: moved = &m.Hands.Window; break;
+        default: break;
+    }
+    if (moved) {
+        moved->Left = x;
+        moved->Top = y;
     }
 }
 

@@ -11,12 +11,16 @@
 
 #include "core/settings.h"
 #include "core/view_model.h"
+#include "display/card_play.h"
+#include "display/card_sheets.h"
 #include "display/err_msg.h"
 #include "display/file_box.h"
+#include "display/hand_view.h"
 #include "platform/geometry.h"
 #include "platform/sound.h"
 #include "scoring/counter.h"
 #include "scoring/help_bid.h"
+#include "scoring/score_sheet.h"
 #include "tracking/readers.h"
 
 namespace tracking {
@@ -26,7 +30,7 @@ constexpr const char* kProgramCaption = "TarvelloS  2.5";
 // The main window frmZ.
 struct MainWindow {
     std::string Caption = kProgramCaption;
-    platform::Rect Rect{0, 0, 330, 560};
+    platform::Rect Rect{0, 0, 350, 560};  // wide enough for the score sheet's last column
     bool Topmost = false;
     std::array<core::Label, 4> plName;   // player names by table position
     std::array<core::Label, 4> lblBid;   // bids by table position
@@ -84,8 +88,18 @@ enum class CompanionWindow {
     RemainingCards, BoxState, DelWork,
 };
 
+// The hand display window: the four hands of the last deal and, beside them,
+// the trick table of who played what.
+inline constexpr int HandsTrickTableLeft = 470;
+struct HandWindow {
+    core::WindowModel Window;
+    display::HandsView Hands;
+    core::DrawList TrickTable;
+};
+
 struct CompanionModels {
-    explicit CompanionModels(platform::Sound* sound = nullptr) : frmErrMsg(sound) {}
+    explicit CompanionModels(platform::Sound* sound = nullptr)
+        : frmErrMsg(sound), CardSheet(display::BuildCardSheet()), TextSheet(display::BuildTextSheet()) {}
     MainWindow frmZ;
     Board frmBoard;
     scoring::Counters Counters;
@@ -93,6 +107,14 @@ struct CompanionModels {
     display::ErrMsgWindow frmErrMsg;
     display::FileBox filBox;
     CompanionWindowStates States;
+    // The sheets the card displays copy from, built once.
+    display::CardSheet CardSheet;
+    display::TextSheet TextSheet;
+    display::CardPlayWindow frmCardPlay;
+    HandWindow Hands;
+    display::RemainingCardsBox RemainingCards;  // shown while States.RemainingCards is 2
+    scoring::ScoreSheet ScoreSheet;  // drawn on the main window
+    scoring::ScoreWindow frmScore;
 };
 
 }  // namespace tracking

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/text.h"
+#include "tracking/deal_views.h"
 #include "scoring/deal_checks.h"
 
 namespace tracking {
@@ -226,6 +227,7 @@ CaptureResult DealCapture::ReadAndFile() {
         const std::string& third = e_.Models.Counters.frmCounter.cTrk[2].Caption;
         if (!third.empty() && third != "0") flow_.EndDealReset();
         if (filedLines_ >= 0) filedLines_ = 0;
+        ClearDealScore(e_);
         return CaptureResult::NewGame;
     }
 
@@ -234,6 +236,7 @@ CaptureResult DealCapture::ReadAndFile() {
     int p = 0;
     code = ReadHand(hand, p, broken, count);
     if (code != 0) return static_cast<CaptureResult>(code);
+    ClearHandsView(e_);
 
     // Lines the game added beyond this deal's own are deals it ended while
     // nothing could be read; they cannot be filed, but they are told. Fewer

@@ -3,6 +3,7 @@
 #include <iterator>
 
 #include "core/text.h"
+#include "tracking/deal_views.h"
 
 namespace tracking {
 
@@ -198,6 +199,7 @@ void DealFiler::File(const reading::HandRead& hand, int p, const std::vector<std
     for (int s = 0; s < 4; ++s) out.Tricks[s] = tc.Tricks[s];
     out.UserSeat = e_.UserSeat();
     out.Kept = static_cast<int>(kept_.size());
+    ShowFiledDeal(e_);
     e_.Changed();
     e_.Events.DealFiled(out);
 

@@ -99,6 +99,9 @@ public:
     std::unique_ptr<players::Ratings> Rating;
     players::TableNames TableNames;
     std::vector<std::string> ErrorLog;  // every text the error window showed
+    // How wide texts print: the window layer gives the real fonts' measure.
+    core::TextWidthFn Measure = core::ApproxTextWidth;
+    platform::Point StoredCardPlayPos{};  // from the position file
 
     [[nodiscard]] bool OffLine() const { return Online != OnlineMode::Online; }
     [[nodiscard]] int UserSeat() const { return Seats.SeatAt(0); }

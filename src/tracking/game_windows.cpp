@@ -70,6 +70,7 @@ void GameWindows::LoadPositions() {
     if (!lp.Found) return;
     e_.Models.frmZ.Rect = lp.Main;
     gameHome_ = lp.Pos[display::PosSpadesWindow];
+    e_.StoredCardPlayPos = lp.Pos[display::PosCardPlayWindow];
     subs_[kScore].Home = lp.Pos[display::PosScoreWindow];
     subs_[kHand].Home = lp.Pos[display::PosLastHandWindow];
     subs_[kTrick].Home = lp.Pos[display::PosLastTrickWindow];
@@ -97,6 +98,8 @@ void GameWindows::SavePositions() {
     now[display::PosScoreWindow] = at(Sub(kScore));
     now[display::PosLastHandWindow] = at(Sub(kHand));
     now[display::PosLastTrickWindow] = at(Sub(kTrick));
+    if (e_.Models.frmCardPlay.State != display::CardPlayUnloaded)
+        now[display::PosCardPlayWindow] = {e_.Models.frmCardPlay.Window.Left, e_.Models.frmCardPlay.Window.Top};
     now[display::PosLeftCounter] = {c.frmCounter0.Window.Left, c.frmCounter0.Window.Top};
     now[display::PosRightCounter] = {c.frmCounter.Window.Left, c.frmCounter.Window.Top};
     display::SaveWindowPositions(e_.Folders.EnterProgramFolder(e_.Settings.CFG), screen_.X, e_.Models.frmZ.Rect, now,

@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "tracking/deal_views.h"
+
 namespace tracking {
 
 void OnlineState::LoadCompanionWindows() {
@@ -28,6 +30,7 @@ void OnlineState::LoadCompanionWindows() {
     m.States.RemainingCards = s.RemainingCardsPos.On() ? 1 : 0;
     m.States.ScoreWindow = s.PasteScoreTable.On() ? 2 : 0;
     m.States.BoxState = s.ShowBoxState ? 1 : 0;
+    LoadDealViews(e_, game);
 }
 
 void OnlineState::UnloadCompanionWindows() {
@@ -40,6 +43,9 @@ void OnlineState::UnloadCompanionWindows() {
     m.Counters.frmCounter0.Window.Visible = false;
     m.frmErrMsg.Hide();
     m.frmHelpBid.Window.Visible = false;
+    m.frmCardPlay.Window.Visible = false;
+    m.frmScore.Window.Visible = false;
+    m.Hands.Window.Visible = false;
     if (e_.Alerts) e_.Alerts->UnloadAskAlert();
 }
 

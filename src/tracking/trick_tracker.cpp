@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "tracking/deal_views.h"
+
 namespace tracking {
 
 std::array<int, 3> SideTricks(const std::array<int, 4>& byPos) {
@@ -66,6 +68,7 @@ TrickResult TrickTracker::StepCounting() {
         for (int attempt = 0; attempt < 2 && !got; ++attempt) got = e_.Readers.ReadLastTrick(cards, d.CardsSeen);
         if (!got) return TrickResult::NoTrick;
         d.PlayedCards.push_back(cards);
+        ShowTricksPlayed(e_);
         d.TricksPlayed = std::max(d.TricksPlayed + 1, tr.TrickNumber);
         if (d.CardsSeen >= 52 || d.TricksPlayed >= 13) {
             d.LastTrickMinimised = true;

@@ -10,6 +10,7 @@
 #include <QPainter>
 #include <QPushButton>
 
+#include "ui/card_windows.h"
 #include "ui/qt_style.h"
 
 namespace ui {
@@ -23,6 +24,7 @@ constexpr int kFrameWidth = 6;
 const QRect kTableBox(4, kTop + 4, 316, 100);
 const QRect kCaptureFrame(5, kTop + 149, 120, 32);
 const QRect kSheetArea(4, kTop + 208, 316, 180);
+const QRect kRemBox(222, kTop + 448, 118, 72);
 
 // Where each table position sits around the table box: the user at the
 // bottom, the left-hand opponent left, the partner on top, the right-hand
@@ -71,6 +73,9 @@ FrmZ::FrmZ(QWidget* parent) : QWidget(parent) {
     menuLink_ = menuBar_->addMenu(QStringLiteral("Link"));
     linkAction_ = menuLink_->addAction(QStringLiteral("Yahoo! Spades"));
     connect(linkAction_, &QAction::triggered, this, &FrmZ::linkMenuChosen);
+    // The rating history and the Nil success rates as charts.
+    QAction* history = menuBar_->addAction(QStringLiteral("History"));
+    connect(history, &QAction::triggered, this, &FrmZ::historyMenuChosen);
 
     for (int p = 0; p < 4; ++p) {
         const SeatPlace& s = kSeats[p];
@@ -166,6 +171,11 @@ void FrmZ::applyButton(QPushButton* b, const core::Button& m) {
 void FrmZ::setModel(const tracking::MainWindow& m) {
     applying_ = true;
     m_ = m;
+    // After a fatal stop "End" stays as start-up left it.
+    if (startupShown_ && screen_.EndVisible) {
+        m_.cmdEnd.Visible = true;
+        m_.cmdEnd.Caption = screen_.EndCaption;
+    }
     setWindowTitle(Q(m.Caption));
     const bool wasTop = windowFlags().testFlag(Qt::WindowStaysOnTopHint);
     if (wasTop != m.Topmost) {
@@ -307,11 +317,20 @@ void FrmZ::setScoreSheet(QWidget* sheet) {
     sheet_ = sheet;
     if (!sheet_) return;
     sheet_->setParent(this);
-    sheet_->setGeometry(kSheetArea);
+    // The sheet's columns are measured from the window's left edge.
+    sheet_->setGeometry(0, kSheetArea.top(), kClientWidth, kSheetArea.height());
     sheet_->setVisible(otherControlsVisible_);
 }
 
 QRect FrmZ::scoreSheetArea() const { return kSheetArea; }
+
+QRect FrmZ::remainingCardsArea() { return kRemBox; }
+
+void FrmZ::setRemainingCards(const display::RemainingCardsBox& box, bool shown) {
+    remBox_ = box;
+    remShown_ = shown && box.Visible;
+    update(kRemBox);
+}
 
 bool FrmZ::eventFilter(QObject* o, QEvent* e) {
     if (e->type() == QEvent::MouseButtonPress) {
@@ -356,6 +375,14 @@ void FrmZ::paintEvent(QPaintEvent*) {
         if (!sheet_) {
             p.setPen(QColor(160, 160, 160));
             p.drawRect(kSheetArea.adjusted(0, 0, -1, -1));
+        }
+        if (remShown_) {
+            p.setPen(QColor(128, 128, 128));
+            p.drawRect(kRemBox.adjusted(0, 0, -1, -1));
+            p.save();
+            p.translate(kRemBox.left() + 2, kRemBox.top());
+            PaintDrawList(p, remBox_.Items, nullptr);
+            p.restore();
         }
         if (alarm_) {
             p.setPen(QPen(QColor(255, 0, 0), 3));

@@ -12,6 +12,7 @@
 
 #include "core/startup.h"
 #include "display/file_box.h"
+#include "display/hand_view.h"
 #include "players/alert_checks.h"
 #include "players/ratings.h"
 #include "tracking/companion_models.h"
@@ -38,6 +39,9 @@ public:
     void setStartupScreen(const core::StartupScreen& s);
     // The score sheet's widget takes the sheet's place on the window.
     void setScoreSheet(QWidget* sheet);
+    // The "Remaining Cards" box below the score sheet.
+    void setRemainingCards(const display::RemainingCardsBox& box, bool shown);
+    static QRect remainingCardsArea();
     QRect scoreSheetArea() const;
 
     // Controls, for tests and the bridge.
@@ -45,7 +49,7 @@ public:
     QListWidget* fileList() const { return filBox_; }
     QMenu* alertMenu() const { return menuAlert_; }
 
-    static constexpr int kClientWidth = 324;
+    static constexpr int kClientWidth = 344;
 
 signals:
     void bidClicked();
@@ -61,6 +65,7 @@ signals:
     void seatMenuChosen(int seat);
     void linkMenuChosen();
     void alertListMenuChosen();
+    void historyMenuChosen();
     // The file box.
     void recordChosen(QString name);
     void fileSelectionChanged(QList<int> selected);
@@ -107,6 +112,8 @@ private:
     QWidget* sheet_ = nullptr;
     std::vector<std::string> entries_;
     bool otherControlsVisible_ = true;
+    display::RemainingCardsBox remBox_;
+    bool remShown_ = false;
 };
 
 }  // namespace ui

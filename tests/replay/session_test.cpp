@@ -10,6 +10,8 @@
 #include <unistd.h>
 
 #include "core/text.h"
+#include "core/notation.h"
+#include "display/card_play.h"
 #include "display/deal_record.h"
 #include "sim/scenario.h"
 #include "replay/program_files.h"
@@ -457,6 +459,68 @@ TEST(Session, CountingFormReadsTheLastTrickCards) {
         EXPECT_EQ(read[k], st.lastTrick.cards[seat]);
         EXPECT_EQ(r.s.App.Deal().TrickCounts[k], st.tricks[seat]);
     }
+}
+
+// The card displays after every filed deal: the card play window holds each
+// card of the record in its trick column and seat row, the hand display
+// shows all 52 cards, and the score sheet prints the new totals; mid-deal
+// the card play window holds the tricks read so far.
+TEST(Session, CardDisplaysAndScoreSheetFollowEachDeal) {
+    TableSetup sp;
+    sp.deals = "3";
+    sp.settings.insert(sp.settings.end(), {"CountCards = yes (*,0)", "MyHand = (*,0)", "PasteScoreTable = (*,0)"});
+    Table r(sp, "views");
+    int checked = 0;
+    r.s.Events.OnDealFiled = [&](const tracking::FiledDeal& d) {
+        const auto& m = r.s.App.Models();
+        const auto& rec = r.s.App.Record();
+        const auto& sheet = m.CardSheet;
+        ASSERT_TRUE(m.frmCardPlay.Window.Visible);
+        const auto cells = m.frmCardPlay.Items.All<core::DrawImage>();
+        ASSERT_EQ(cells.size(), 52u);
+        for (const auto& c : cells) {
+            const int t = (c.X - 38) / 26;
+            int row = 0;
+            while (row < 3 && display::CardPlayRowY(row) != c.Y) ++row;
+            ASSERT_EQ(display::CardPlayRowY(row), c.Y);
+            const int seat = (d.UserSeat + row + 1) % 4;
+            const int code = core::CardCode(rec.Trick[static_cast<std::size_t>(t)][static_cast<std::size_t>(seat)]);
+            EXPECT_EQ(c.SrcX, 25 * (code % 100 - 2)) << "trick " << t + 1 << " row " << row;
+            EXPECT_EQ(c.SrcY % (4 * sheet.LineHeight), (code / 100) * sheet.LineHeight % (4 * sheet.LineHeight));
+        }
+        ASSERT_TRUE(m.Hands.Window.Visible);
+        int ranks = 0;
+        for (const auto& i : m.Hands.Hands.Items.All<core::DrawImage>())
+            if (i.SrcY != m.TextSheet.SuitRowY()) ++ranks;
+        EXPECT_EQ(ranks, 52);
+        EXPECT_EQ(m.Hands.TrickTable.All<core::DrawImage>().size(), 52u);
+        // The user's side's total after the deal, at the sheet's last line.
+        const int uc = (d.UserSeat % 2) * 2;
+        const int total = d.ScoreRow[static_cast<std::size_t>(uc)];
+        const auto& sh = m.ScoreSheet;
+        if (rec.ScoreRowCount > 1) {
+            bool found = false;
+            for (const auto& t : sh.Main.All<core::DrawText>())
+                found |= t.Y == sh.CurrentY + 2 * sh.M.Pitch && t.X > sh.M.C[1] && t.Text == std::to_string(std::abs(total));
+            EXPECT_TRUE(found) << "total " << total;
+        }
+        EXPECT_TRUE(m.frmScore.Window.Visible);
+        EXPECT_EQ(m.frmScore.MyName[3].Caption.substr(0, 4), "me_p");
+        ++checked;
+    };
+    ASSERT_TRUE(r.s.Start());
+    // Mid-deal: the card play window shows the tricks read so far.
+    for (int i = 0; i < 3600; ++i) {
+        const auto& st = r.s.Game.Game().State();
+        if (st.phase == sim::Phase::Playing && st.lastTrick.number == 5) break;
+        r.s.Advance(250);
+    }
+    r.s.Advance(1500);
+    const auto& cp = r.s.App.Models().frmCardPlay;
+    EXPECT_EQ(cp.Items.All<core::DrawImage>().size(), 4 * r.s.App.Deal().PlayedCards.size());
+    EXPECT_GE(r.s.App.Deal().PlayedCards.size(), 4u);
+    ASSERT_TRUE(r.s.Run());
+    EXPECT_EQ(checked, 3);
 }
 
 TEST(Session, SecondInstanceIsRefused) {

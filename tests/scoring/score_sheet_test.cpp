@@ -202,11 +202,11 @@ TEST(ScoreWindowPaste, BlocksOfBothColumnGroupsAndCutNames) {
     EXPECT_EQ(w.MyName[3].Caption, "Maximili");
     const auto one = w.picItems.All<core::DrawImage>();
     ASSERT_EQ(one.size(), 2u);
-    const int width = static_cast<int>(std::lround(12.1 * 8));
-    EXPECT_EQ(one[0], (core::DrawImage{5, 22, core::SheetId::MainSurface, static_cast<int>(std::lround(C0 - 32.8)),
+    const int width = static_cast<int>(std::lround(12.5 * 8));
+    EXPECT_EQ(one[0], (core::DrawImage{5, 22, core::SheetId::MainSurface, static_cast<int>(std::lround(C0 - 36)),
                                        s.CurrentY, width, 60}));
     EXPECT_EQ(one[1].X, 5 + width + 20);
-    EXPECT_EQ(one[1].SrcX, static_cast<int>(std::lround(C2 - 28)));
+    EXPECT_EQ(one[1].SrcX, static_cast<int>(std::lround(C2 - 36)));
 
     Show_Score(w, s, South().Names, 2, 2, Eight);
     const auto two = w.picItems.All<core::DrawImage>();

@@ -19,7 +19,7 @@ using uitest::MatchesReference;
 tracking::MainWindow OnlineModel() {
     tracking::MainWindow m;
     m.Caption = "TarvelloS  2.5 - Oak (alice)";
-    m.Rect = {600, 40, 930, 600};
+    m.Rect = {600, 40, 950, 600};
     const char* names[4] = {"me_player", "lefty_one", "partner_x", "righty_two"};
     const char* bids[4] = {"4", "3", "N", ""};
     const char* seats[4] = {"S", "W", "N", "E"};
@@ -66,7 +66,7 @@ struct Window {
 
 TEST(MainWindow, OnlineLayout) {
     Window f;
-    EXPECT_EQ(f.w.width(), 330 - 6);
+    EXPECT_EQ(f.w.width(), 350 - 6);
     EXPECT_EQ(f.w.windowTitle(), QStringLiteral("TarvelloS  2.5 - Oak (alice)"));
     EXPECT_TRUE(MatchesReference(f.w, "frmZ-online"));
 }
@@ -205,6 +205,27 @@ TEST(MainWindow, JapaneseCaptionsUseTheJapaneseFont) {
     w.setAlertView(v);
     w.setFileBox(Files());
     EXPECT_TRUE(MatchesReference(w, "frmZ-japanese"));
+}
+
+}  // namespace
+
+namespace {
+
+// The "Remaining Cards" box: four lines of ranks, spades down to clubs, in
+// the suits' colours; nothing at all while counting is not allowed.
+TEST(MainWindow, RemainingCardsBoxOnlyWhileCountingIsAllowed) {
+    Window f;
+    const QRect box = ui::FrmZ::remainingCardsArea();
+    const QRect hearts(box.left() + 2, box.top() + 20, box.width() - 4, 14);
+    const QRect spades(box.left() + 2, box.top() + 2, box.width() - 4, 14);
+    f.w.setRemainingCards(display::spdShow_AllCards(true), true);
+    QImage img = ui::Snapshot(f.w);
+    EXPECT_GT(uitest::CountHue(img, hearts, 0), 20);
+    EXPECT_GT(uitest::CountDark(img, spades), 20);
+    EXPECT_EQ(uitest::CountHue(img, spades, 0), 0);
+    f.w.setRemainingCards(display::spdShow_AllCards(false), true);
+    img = ui::Snapshot(f.w);
+    EXPECT_EQ(uitest::CountDark(img, box.adjusted(1, 1, -1, -1)), 0);
 }
 
 }  // namespace
