@@ -309,7 +309,7 @@ TEST(Session, MisreadDealsAreReadAgainAndFiledWithAWarning) {
     TableSetup sp;
     sp.settings.push_back("log = trace.log");
     Table r(sp, "misread");
-    for (auto& g : r.s.Screen.Readers.Glyphs().Glyphs)
+    for (auto& g : r.s.Screen.Readers().Glyphs().Glyphs)
         if (g.Name == "0") g.Name = "8";
     ASSERT_TRUE(r.s.Start());
     ASSERT_TRUE(r.s.Run());
@@ -350,7 +350,7 @@ TEST(Session, UnknownShapesAreHarvestedOnceEach) {
     TableSetup sp;
     sp.settings.push_back("log = trace.log");
     Table r(sp, "harvest");
-    for (auto& g : r.s.Screen.Readers.Glyphs().Glyphs)
+    for (auto& g : r.s.Screen.Readers().Glyphs().Glyphs)
         if (g.Name == "x") g.Column[1] = 0;
     ASSERT_TRUE(r.s.Start());
     ASSERT_TRUE(r.s.Run());
@@ -367,7 +367,7 @@ TEST(Session, UnknownShapesAreHarvestedOnceEach) {
     // Without a log nothing is harvested, and nothing breaks.
     TableSetup quiet;
     Table q(quiet, "harvest_quiet");
-    for (auto& g : q.s.Screen.Readers.Glyphs().Glyphs)
+    for (auto& g : q.s.Screen.Readers().Glyphs().Glyphs)
         if (g.Name == "x") g.Column[1] = 0;
     ASSERT_TRUE(q.s.Start());
     ASSERT_TRUE(q.s.Run());
