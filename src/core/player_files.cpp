@@ -1,11 +1,11 @@
 #include "core/player_files.h"
 
 #include <cstdio>
-#include <ctime>
 #include <filesystem>
 #include <system_error>
 
 #include "core/text.h"
+#include "platform/clock.h"
 
 namespace core {
 
@@ -30,21 +30,8 @@ SaveResult SetAsideUnreadable(const std::string& path, const platform::LocalTime
 }
 
 SaveResult SetAsideUnreadable(const std::string& path) {
-    const std::time_t t = std::time(nullptr);
-    std::tm tm{};
-#ifdef _WIN32
-    localtime_s(&tm, &t);
-#else
-    localtime_r(&t, &tm);
-#endif
-    platform::LocalTime now;
-    now.Year = tm.tm_year + 1900;
-    now.Month = tm.tm_mon + 1;
-    now.Day = tm.tm_mday;
-    now.Hour = tm.tm_hour;
-    now.Minute = tm.tm_min;
-    now.Second = tm.tm_sec;
-    return SetAsideUnreadable(path, now);
+    platform::SystemClock clock;
+    return SetAsideUnreadable(path, clock.Now());
 }
 
 bool IsOwnTempFileName(const std::string& fileName) {
