@@ -5,6 +5,7 @@
 #include <QCommandLineParser>
 #include <QGuiApplication>
 #include <cstdio>
+#include <string>
 
 #include "app/gui_demo.h"
 #include "core/folders.h"
@@ -37,11 +38,21 @@ int RunCompanion(const QString& homeArg) {
     tracking::ScreenReading screen(desktop, clock);
     ui::CompanionUi ui;
     tracking::Companion companion(desktop, clock, core::FoldersFor(homeArg.toStdString(), host), screen, ui);
+    // The check against a program unpacked into a temporary folder guards
+    // the default folder only: a folder given with --home was chosen.
+    companion.SetArchiveCheck(homeArg.isEmpty());
     ui.attach(companion);
     ui.OnEnded = [] { QApplication::exit(0); };
     ui.showStartup();
-    // A failed check has shown why and waited for "End" already.
-    if (!companion.Start()) return 1;
+    // A failed check has shown why and waited for "End" already; the
+    // console gets the reason too, for a start from a terminal or a script.
+    if (!companion.Start()) {
+        std::string why = companion.StartupScreen().Text();
+        for (char& c : why)
+            if (c == '\n' || c == '\r') c = ' ';
+        std::fprintf(stderr, "tarvellos: the companion did not start: %s\n", why.c_str());
+        return 1;
+    }
     ui.start();
     return QApplication::exec();
 }
