@@ -16,6 +16,9 @@ const CLI::Validator kSiteLanguage =
 ArgsOutcome Parse(CLI::App& app, const Args& args) {
     // CLI11 takes the arguments last first.
     std::vector<std::string> reversed(args.rbegin(), args.rend());
+    // Options are "--name" everywhere; a leading "/" is a path (under Wine
+    // every Unix path starts with one), never an option.
+    app.allow_windows_style_options(false);
     try {
         app.parse(reversed);
     } catch (const CLI::CallForHelp&) {

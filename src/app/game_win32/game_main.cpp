@@ -22,6 +22,8 @@ int main(int argc, char** argv) {
         ->check(CLI::NonNegativeNumber)
         ->excludes(scenarioOpt);
     app.add_option("--speed", speed, "game seconds per real second (default 1)")->check(CLI::Range(0.01, 1000.0));
+    // A leading "/" is a path (under Wine every Unix path has one), never an option.
+    app.allow_windows_style_options(false);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
