@@ -70,7 +70,7 @@ std::string List(const std::string& item, int n) {
     return out + "]";
 }
 
-const std::string kExamples = std::string(TARVELLOS_SHARED_DIR) + "/examples/readers/";
+const std::string kExamples = std::string(TARVELLOS_SOURCE_DIR) + "/tests/data/examples/readers/";
 const std::string kNoTrick = "{\"suits\": [-1, 0, 0, 0], \"ranks\": [0, 0, 0, 0]}";
 
 }  // namespace

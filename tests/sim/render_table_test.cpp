@@ -140,7 +140,7 @@ TEST(RenderedTable, OtherWindowPlacesAndWidths) {
 }
 
 TEST(RenderedTable, ExampleSceneIsDrawnExactlyLikeTheGamesOwnWindow) {
-    // The scene of the shared example window: what the readers find on it is
+    // The scene of the stored example window: what the readers find on it is
     // pinned by the exact comparison of `read table` on that picture.
     sim::TableView v;
     v.Title = "Game: Spades - Table: Oak  Host: alice";
@@ -153,7 +153,7 @@ TEST(RenderedTable, ExampleSceneIsDrawnExactlyLikeTheGamesOwnWindow) {
     Rig r(v);
     platform::Image game;
     std::string err;
-    ASSERT_TRUE(reading::LoadImageFile(std::string(TARVELLOS_SHARED_DIR) + "/examples/readers/example_table.png", game, err)) << err;
+    ASSERT_TRUE(reading::LoadImageFile(std::string(TARVELLOS_SOURCE_DIR) + "/tests/data/examples/readers/example_table.png", game, err)) << err;
     ASSERT_EQ((std::pair{game.Width, game.Height}), (std::pair{r.image.Width, r.image.Height}));
     int differing = 0;
     for (std::size_t i = 0; i < game.Pixels.size(); ++i) differing += game.Pixels[i] != r.image.Pixels[i];

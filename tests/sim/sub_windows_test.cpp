@@ -79,7 +79,7 @@ void ExpectSameImage(const Image& got, const std::string& path) {
 }  // namespace
 
 TEST(SubWindowLookTest, LastHandAndScoreMatchTheStoredImages) {
-    const std::string dir = std::string(TARVELLOS_SHARED_DIR) + "/examples/readers/";
+    const std::string dir = std::string(TARVELLOS_SOURCE_DIR) + "/tests/data/examples/readers/";
     GlyphTable glyphs;
     const core::Json hand = ReadJson(dir + "example_lasthand.json");
     sim::LastHandView v;
